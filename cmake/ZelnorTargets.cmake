@@ -1,0 +1,58 @@
+# What every target of ours has in common, in one place.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_AUTOMOC OFF)
+
+# "address" (with undefined behaviour) or "thread"; set by the presets of the same purpose.
+set(ZELNOR_SANITIZER "" CACHE STRING "Sanitizer to build everything with: address, thread or none")
+
+add_library(zelnor_options INTERFACE)
+target_compile_options(zelnor_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual
+  -Werror)
+# Everything of ours is included by its folder: "store/FileRecord.h".
+target_include_directories(zelnor_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_definitions(zelnor_options INTERFACE
+  ASIO_NO_DEPRECATED ASIO_STANDALONE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
+
+if(ZELNOR_SANITIZER STREQUAL "address")
+  target_compile_options(zelnor_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(zelnor_options INTERFACE -fsanitize=address,undefined)
+elseif(ZELNOR_SANITIZER STREQUAL "thread")
+  # GCC warns that it does not instrument stand-alone fences; Asio uses one, beside atomics that are instrumented.
+  target_compile_options(zelnor_options INTERFACE -fsanitize=thread -Wno-tsan)
+  target_link_options(zelnor_options INTERFACE -fsanitize=thread)
+elseif(ZELNOR_SANITIZER)
+  message(FATAL_ERROR "ZELNOR_SANITIZER must be address, thread or empty, not ${ZELNOR_SANITIZER}")
+endif()
+
+# zelnor_library(<folder name> SOURCES … DEPENDS …): one folder of src/, one static library.
+function(zelnor_library name)
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC zelnor_options ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE_DEPENDS})
+  set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_QT})
+endfunction()
+
+# zelnor_program(<name> SOURCES … DEPENDS …)
+function(zelnor_program name)
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE zelnor_options ${ARG_DEPENDS})
+  set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_QT} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+endfunction()
+
+# zelnor_tests(<folder> SOURCES … DEPENDS …): the test program of one folder, on the libraries that ship.
+function(zelnor_tests folder)
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;DEPENDS" ${ARGN})
+  set(program test_${folder})
+  add_executable(${program} ${ARG_SOURCES})
+  target_include_directories(${program} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${program} PRIVATE zelnor_options ${ARG_DEPENDS} zelnor_test_support GTest::gtest_main GTest::gmock)
+  set_target_properties(${program} PROPERTIES AUTOMOC ${ARG_QT})
+  gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+endfunction()

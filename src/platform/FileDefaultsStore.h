@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/DefaultsStore.h"
+
+namespace zelnor::platform {
+
+/// The defaults store in one file, "settings.json" in `folder`, shared by the processes of one user.
+///
+/// Every change replaces the file atomically (written beside it, flushed, renamed), with 0600. A file that is damaged
+/// counts as empty and is set aside under another name before the first change, not overwritten.
+class FileDefaultsStore final : public DefaultsStore {
+ public:
+  explicit FileDefaultsStore(std::string folder);
+  ~FileDefaultsStore() override;
+
+  [[nodiscard]] std::optional<Value> value(std::string_view key) const override;
+  void set(std::string_view key, Value value) override;
+  void remove(std::string_view key) override;
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace zelnor::platform

@@ -15,14 +15,26 @@ namespace {
 constexpr auto kLastEventIdKey = "FSEventsLastEventID";
 
 /// Thrown inside a rebuild when it was asked to stop; never leaves it.
-struct RebuildCancelled {};
+struct RebuildCancelled : std::exception {};
 
-/// Takes the batches off the scan's stream as they come. Always ends the spool, so that its reader does not wait for ever.
+/// Ends the spool however the draining ends, so that its reader does not wait for ever.
+class SpoolFinisher {
+ public:
+  explicit SpoolFinisher(BatchSpool& spool) : spool_(spool) {}
+  SpoolFinisher(const SpoolFinisher&) = delete;
+  SpoolFinisher& operator=(const SpoolFinisher&) = delete;
+  ~SpoolFinisher() { spool_.finish(); }
+
+ private:
+  BatchSpool& spool_;
+};
+
+/// Takes the batches off the scan's stream as they come.
 tasks::Task drainInto(std::shared_ptr<BatchSpool> spool, std::shared_ptr<FileSystemScanner::Stream> stream,
                       const tasks::Executor& executor) {
   return tasks::Task::spawn(executor, [spool, stream](std::stop_token) -> tasks::Async<void> {
+    const SpoolFinisher finisher(*spool);
     while (auto batch = co_await stream->next()) spool->append(std::move(*batch));
-    spool->finish();
   });
 }
 
@@ -76,10 +88,11 @@ tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, std::st
       status.processedFiles = total;
       status.lastIndexDate = now;
     });
-  } catch (const RebuildCancelled&) {
-    publish([](IndexStatus& status) { status.state = IndexStatus::State::idle(); });
-    co_return;
   } catch (const std::exception& error) {
+    if (stop.stop_requested()) {
+      publish([](IndexStatus& status) { status.state = IndexStatus::State::idle(); });
+      co_return;
+    }
     publish([what = std::string(error.what())](IndexStatus& status) {
       status.state = IndexStatus::State::error(what);
     });

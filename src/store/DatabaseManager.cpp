@@ -60,4 +60,6 @@ tasks::Async<bool> DatabaseManager::mergeStep() {
   co_return co_await onActor([&] { return database_->mergeStep(); });
 }
 
+void DatabaseManager::interrupt() { database_->interrupt(); }
+
 }  // namespace zelnor

@@ -49,6 +49,20 @@ FileRecord readRecord(const Statement& row) {
   return record;
 }
 
+/// While it lives SQLite sorts in files: to make an index of a large table in memory takes as much memory as the index.
+class SortingInFiles {
+ public:
+  explicit SortingInFiles(sqlite3* connection) : connection_(connection) {
+    SchemaManager::exec(connection_, "PRAGMA temp_store=FILE");
+  }
+  SortingInFiles(const SortingInFiles&) = delete;
+  SortingInFiles& operator=(const SortingInFiles&) = delete;
+  ~SortingInFiles() { sqlite3_exec(connection_, "PRAGMA temp_store=MEMORY", nullptr, nullptr, nullptr); }
+
+ private:
+  sqlite3* connection_;
+};
+
 }  // namespace
 
 struct IndexDatabase::Writer {
@@ -232,7 +246,7 @@ std::vector<FileRecord> IndexDatabase::lacking(std::vector<FileRecord> records) 
 
 void IndexDatabase::beginBulkLoad() {
   if (!writer_) return;
-  SchemaManager::exec(connection_.get(), "PRAGMA wal_autocheckpoint=" + std::to_string(kBulkCheckpointPages));
+  sqlite3_wal_autocheckpoint(connection_.get(), kBulkCheckpointPages);
   WriteTransaction transaction(connection_.get());
   SchemaManager::dropIndexes(connection_.get());
   writer_->fullText.deferMerging();
@@ -241,13 +255,13 @@ void IndexDatabase::beginBulkLoad() {
 
 void IndexDatabase::endBulkLoad() {
   if (!writer_) return;
-  // Sorting in memory would take as much of it as the index is large; SQLite spills to a file if it may.
-  SchemaManager::exec(connection_.get(), "PRAGMA temp_store=FILE");
-  SchemaManager::createIndexes(connection_.get());
-  SchemaManager::exec(connection_.get(), "PRAGMA temp_store=MEMORY");
+  sqlite3_wal_autocheckpoint(connection_.get(), kCheckpointPages);
+  {
+    const SortingInFiles sortingInFiles(connection_.get());
+    SchemaManager::createIndexes(connection_.get());
+  }
   writer_->fullText.resumeMerging();
   checkpoint();
-  SchemaManager::exec(connection_.get(), "PRAGMA wal_autocheckpoint=" + std::to_string(kCheckpointPages));
 }
 
 bool IndexDatabase::mergeStep() {

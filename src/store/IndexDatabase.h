@@ -40,6 +40,9 @@ class IndexDatabase {
   void endBulkLoad();
   bool mergeStep();
 
+  /// Makes the statement that runs now fail; the only operation for another thread.
+  void interrupt() { sqlite3_interrupt(connection_.get()); }
+
  private:
   struct Writer;
   IndexDatabase(std::string path, ConnectionHandle connection);

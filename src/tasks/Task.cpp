@@ -2,6 +2,7 @@
 
 #include <asio/co_spawn.hpp>
 #include <asio/detached.hpp>
+#include <asio/post.hpp>
 #include <system_error>
 #include <utility>
 
@@ -46,9 +47,11 @@ Async<void> runToEnd(std::shared_ptr<Completion<bool>> ended, std::stop_token to
 Task Task::spawn(const Executor& executor, std::function<Async<void>(std::stop_token)> body) {
   Task task;
   task.state_ = std::make_shared<State>();
-  asio::co_spawn(executor,
-                 runToEnd(task.state_->ended, task.state_->stop.get_token(), std::move(body)),
-                 asio::detached);
+  // co_spawn alone would run the first step inside this call if the caller is on the same thread pool.
+  asio::post(executor, [executor, ended = task.state_->ended, token = task.state_->stop.get_token(),
+                        body = std::move(body)]() mutable {
+    asio::co_spawn(executor, runToEnd(std::move(ended), std::move(token), std::move(body)), asio::detached);
+  });
   return task;
 }
 

@@ -16,7 +16,7 @@ class Task {
   /// No work; `operator bool` says false.
   Task() = default;
 
-  /// Starts `body` on `executor`. The task owns `body`, and with it what the coroutine captured, until it has ended.
+  /// Starts `body` on `executor`, never inside this call. The task owns `body`, and with it what the coroutine captured, until it has ended.
   static Task spawn(const Executor& executor, std::function<Async<void>(std::stop_token)> body);
 
   explicit operator bool() const { return state_ != nullptr; }

@@ -1,6 +1,7 @@
 #include "cli/Options.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 #include <memory>
 #include <string_view>
@@ -48,15 +49,33 @@ void addEnumeration(CLI::App& app, const std::string& name, Enum& value,
 }
 
 void readLimit(const std::string& text, std::int64_t& limit) {
-  if (!CLI::detail::lexical_cast(text, limit) || limit < 0) {
+  const auto* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, limit);
+  if (error != std::errc() || rest != end || limit < 0) {
     throw Failure("--limit: '" + text + "' is no number of rows" + kHint);
   }
   if (limit == 0) limit = std::numeric_limits<std::int64_t>::max();
 }
 
+/// The words of the query, from what is no option that the library knows.
+std::vector<std::string> words(std::vector<std::string> rest) {
+  const auto mark = std::find(rest.begin(), rest.end(), "--");
+  const auto unknown = std::find_if(rest.begin(), mark, [](const std::string& word) {
+    return word.size() > 1 && word.front() == '-';
+  });
+  if (unknown != mark) {
+    throw Failure("unknown option " + *unknown + "; a query that begins with '-' goes after '--'");
+  }
+  if (mark != rest.end()) rest.erase(mark);
+  return rest;
+}
+
 /// Leaves out of the help which options go together; an error says so when it matters.
 class HelpFormatter : public CLI::Formatter {
  public:
+  std::string make_usage(const CLI::App* /*app*/, std::string /*name*/) const override {
+    return "Usage: zelnor-find [OPTIONS] [--] [QUERY...]\n";
+  }
   std::string make_option_opts(const CLI::Option* option) const override {
     return option->get_type_size() == 0 ? std::string() : " " + option->get_type_name();
   }
@@ -69,9 +88,8 @@ class CommandLine {
     app_.set_version_flag("--version", "zelnor-find " ZELNOR_VERSION);
     app_.footer(kFooter);
     app_.formatter(std::make_shared<HelpFormatter>());
-    // Without this the library would take "[a,b]" for a list.
-    app_.add_option("QUERY", words_, "What to find, as typed into the search field")
-        ->allow_extra_args(false);
+    // As an argument of the library's a word such as "[a,b]" would be taken for a list.
+    app_.allow_extras();
     addSearchOptions();
     addOutputOptions();
     addRebuildOptions();
@@ -88,8 +106,6 @@ class CommandLine {
     } catch (const CLI::CallForVersion& version) {
       options_.information = std::string(version.what()) + "\n";
       return options_;
-    } catch (const CLI::ExtrasError& error) {
-      throw Failure(error.what() + std::string("; a query that begins with '-' goes after '--'"));
     } catch (const CLI::ParseError& error) {
       throw Failure(error.what() + std::string(kHint));
     }
@@ -173,11 +189,11 @@ class CommandLine {
 
   void finish() {
     options_.sortAscending = !descending_;
-    for (const auto& word : words_) {
-      if (&word != &words_.front()) options_.queryText += ' ';
+    for (const auto& word : words(app_.remaining())) {
+      if (options_.hasQuery) options_.queryText += ' ';
       options_.queryText += word;
+      options_.hasQuery = true;
     }
-    options_.hasQuery = !words_.empty();
     if (options_.hasQuery && (options_.status || options_.answersStandardInput)) {
       throw Failure("a query cannot be combined with --status or --stdin" + std::string(kHint));
     }
@@ -189,7 +205,6 @@ class CommandLine {
 
   CLI::App app_{kDescription, "zelnor-find"};
   Options options_;
-  std::vector<std::string> words_;
   bool descending_ = false;
 };
 

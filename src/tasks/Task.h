@@ -24,8 +24,8 @@ class Task {
   [[nodiscard]] bool isCancelled() const;
   [[nodiscard]] bool isDone() const;
 
-  /// Returns when the work has ended, and throws what it threw. Work that was dropped unfinished (its thread pool
-  /// was destroyed) ends with `std::system_error` of `std::errc::operation_canceled`.
+  /// Returns when the work has ended, and throws what it threw. Work that was dropped unfinished, because
+  /// its thread pool was destroyed, ends with `std::system_error` of `std::errc::operation_canceled`.
   [[nodiscard]] Async<void> wait() const;
 
   friend bool operator==(const Task&, const Task&) = default;

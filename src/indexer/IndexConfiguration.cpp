@@ -47,14 +47,19 @@ IndexConfiguration IndexConfiguration::defaults(std::string homeFolder) {
   return configuration;
 }
 
-IndexConfiguration IndexConfiguration::load(const platform::DefaultsStore& store,
-                                            std::string homeFolder) {
+std::optional<IndexConfiguration> IndexConfiguration::saved(const platform::DefaultsStore& store) {
   try {
     if (const auto bytes = store.get<Bytes>(kDefaultsKey)) return decode(*bytes);
   } catch (const Json::exception&) {
     // Damaged, or of another version: as good as nothing.
   }
-  return defaults(std::move(homeFolder));
+  return std::nullopt;
+}
+
+IndexConfiguration IndexConfiguration::load(const platform::DefaultsStore& store,
+                                            std::string homeFolder) {
+  auto configuration = saved(store);
+  return configuration ? std::move(*configuration) : defaults(std::move(homeFolder));
 }
 
 void IndexConfiguration::save(platform::DefaultsStore& store) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,8 @@ struct IndexConfiguration {
   /// The home folder as the only root, and the default exclusions.
   static IndexConfiguration defaults(std::string homeFolder);
 
+  /// What was saved in `store`; nothing if there is nothing or if it is not a complete configuration.
+  static std::optional<IndexConfiguration> saved(const platform::DefaultsStore& store);
   /// What was saved in `store`; the defaults if there is nothing or if it is not a complete
   /// configuration.
   static IndexConfiguration load(const platform::DefaultsStore& store, std::string homeFolder);

@@ -38,7 +38,7 @@ std::optional<PlannedEntry> TreePlan::next() {
 TreePlan::Folder TreePlan::planFolder(Theme theme, std::uint64_t entries) {
   Folder folder;
   folder.theme = theme;
-  const auto leafLimit = static_cast<std::uint64_t>(16 + 80 * random_.exponential());
+  const auto leafLimit = static_cast<std::uint64_t>(24 + 110 * random_.exponential());
   if (entries <= leafLimit) {
     folder.files = entries;
     return folder;

@@ -7,5 +7,6 @@ namespace zelnor::bench {
 /// Each adds one subcommand to `program`; it runs while the command line is parsed, and throws what
 /// goes wrong.
 void addMakeTreeCommand(CLI::App& program);
+void addIndexCommand(CLI::App& program);
 
 }  // namespace zelnor::bench

@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
   CLI::App program("Measures how Zelnor indexes and searches.", "zelnor-bench");
   program.require_subcommand(1);
   zelnor::bench::addMakeTreeCommand(program);
+  zelnor::bench::addIndexCommand(program);
   try {
     program.parse(argc, argv);
     return EXIT_SUCCESS;

@@ -8,5 +8,6 @@ namespace zelnor::bench {
 /// goes wrong.
 void addMakeTreeCommand(CLI::App& program);
 void addIndexCommand(CLI::App& program);
+void addQueryCommand(CLI::App& program);
 
 }  // namespace zelnor::bench

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
   program.require_subcommand(1);
   zelnor::bench::addMakeTreeCommand(program);
   zelnor::bench::addIndexCommand(program);
+  zelnor::bench::addQueryCommand(program);
   try {
     program.parse(argc, argv);
     return EXIT_SUCCESS;

@@ -21,12 +21,10 @@ Directory openDirectory(int parent, const char* name) {
 }
 
 // Recursion is as deep as the tree, and the tree is our own: no need to be careful here, only to be
-// fast. NOLINTNEXTLINE(misc-no-recursion)
 void walk(const Directory& directory, WalkTotals& totals) {
   if (!directory) return;
   const int descriptor = dirfd(directory.get());
-  while (const auto* entry =
-             readdir(directory.get())) {  // NOLINT(concurrency-mt-unsafe): one thread
+  while (const auto* entry = readdir(directory.get())) {
     const std::string_view name = static_cast<const char*>(entry->d_name);
     if (name == "." || name == "..") continue;
     struct stat attributes{};

@@ -58,7 +58,7 @@ std::string longestSingle(const Frequencies& frequencies) {
 }  // namespace
 
 SampleTerms SampleTerms::of(std::span<const std::string> names) {
-  constexpr std::size_t kShortestCommon = 4;
+  constexpr std::size_t kShortestCommon = 3;
   constexpr std::size_t kLongestRare = 10;
   constexpr std::size_t kThreeCjkCharacters = 9;
   Frequencies words;

@@ -34,6 +34,10 @@ std::uint32_t goneFlags(std::uint32_t seen) {
   return wasRenamed ? kFSEventStreamEventFlagItemRenamed : kFSEventStreamEventFlagItemRemoved;
 }
 
+bool areNamesReported(const PendingChange& change) {
+  return (change.flags & kNamesAreReported) != 0;
+}
+
 std::uint64_t firstIdentifier(std::uint64_t sinceWhen) {
   return sinceWhen == kFSEventStreamEventIdSinceNow ? 0 : sinceWhen;
 }
@@ -129,11 +133,20 @@ std::vector<ChangeEvent> EventDelivery::resolve(std::vector<PendingChange> chang
   events.reserve(changes.size());
   for (auto& change : changes) {
     if (stop_.stop_requested()) break;
-    if (const auto flags = flagsOf(change)) {
+    if (const auto flags = flagsOrLoss(change)) {
       events.push_back({.path = std::move(change.path), .flags = *flags});
     }
   }
   return events;
+}
+
+std::optional<std::uint32_t> EventDelivery::flagsOrLoss(const PendingChange& change) {
+  try {
+    return flagsOf(change);
+  } catch (const std::exception&) {
+    // The index cannot be read, so nobody knows what this change means for it.
+    return kFSEventStreamEventFlagMustScanSubDirs | kFSEventStreamEventFlagUserDropped;
+  }
 }
 
 std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change) {
@@ -145,41 +158,45 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
     if (state.presence == EntryState::Presence::unknown) return std::nullopt;
   }
   if (state.presence == EntryState::Presence::gone) {
-    return places_->isInPlace(change.path) ? std::optional(goneFlags(change.flags)) : std::nullopt;
+    if (!places_->isInPlace(change.path)) return std::nullopt;
+    reportNamesOfGone(change);
+    return goneFlags(change.flags);
   }
   // What a scan leaves out is not reported, unless something else was there before.
   if (!state.isReadable || !scope_.includes(change.path, kindOf(state.attributes))) {
     return removalIfKnown(change.path);
   }
-  if (state.hasOtherNames && (change.flags & kNamesAreReported) == 0 &&
-      (change.flags & kContentFlags) != 0) {
-    reportOtherNames(change.path, state);
+  if (state.hasOtherNames && !areNamesReported(change)) {
+    reportOtherNames(change.path, state.attributes.inode);
   }
   return presentFlags(change.flags, state.attributes);
 }
 
 std::optional<std::uint32_t> EventDelivery::removalIfKnown(const std::string& path) {
-  if (!index_) return kFSEventStreamEventFlagItemRemoved;
-  try {
-    const auto cursor = index_->open(stop_.get_token());
-    cursor->seek(path);
-    const auto entry = cursor->next();
-    return entry && entry->path == path ? std::optional(kFSEventStreamEventFlagItemRemoved)
-                                        : std::nullopt;
-  } catch (const std::exception&) {
-    return kFSEventStreamEventFlagItemRemoved;  // right whether or not the index knows it
-  }
+  const bool isUnknown = index_ && !inodeInIndex(path);
+  return isUnknown ? std::nullopt : std::optional(kFSEventStreamEventFlagItemRemoved);
 }
 
-void EventDelivery::reportOtherNames(const std::string& path, const EntryState& state) {
+/// The inode number that the index has for `path`; nothing if it does not know the path.
+std::optional<std::uint64_t> EventDelivery::inodeInIndex(const std::string& path) {
+  const auto cursor = index_->open(stop_.get_token());
+  cursor->seek(path);
+  const auto entry = cursor->next();
+  return entry && entry->path == path ? std::optional(entry->inode) : std::nullopt;
+}
+
+/// A file that was written and then lost this name may have others.
+void EventDelivery::reportNamesOfGone(const PendingChange& change) {
+  const bool wasWritten = (change.flags & kFSEventStreamEventFlagItemModified) != 0;
+  if (!index_ || !wasWritten || areNamesReported(change)) return;
+  if (const auto inode = inodeInIndex(change.path)) reportOtherNames(change.path, *inode);
+}
+
+void EventDelivery::reportOtherNames(const std::string& path, std::uint64_t inode) {
   if (!index_) return;
-  try {
-    for (auto& name : index_->pathsWithInode(state.attributes.inode, stop_.get_token())) {
-      if (name == path) continue;
-      changed(std::move(name), kFSEventStreamEventFlagItemModified | kNamesAreReported);
-    }
-  } catch (const std::exception&) {
-    // The next comparison finds them.
+  for (auto& name : index_->pathsWithInode(inode, stop_.get_token())) {
+    if (name == path) continue;
+    changed(std::move(name), kFSEventStreamEventFlagItemModified | kNamesAreReported);
   }
 }
 

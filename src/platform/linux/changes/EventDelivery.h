@@ -61,9 +61,12 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   [[nodiscard]] TimePoint due() const;
   void deliver();
   std::vector<ChangeEvent> resolve(std::vector<PendingChange> changes);
+  std::optional<std::uint32_t> flagsOrLoss(const PendingChange& change);
   std::optional<std::uint32_t> flagsOf(const PendingChange& change);
   std::optional<std::uint32_t> removalIfKnown(const std::string& path);
-  void reportOtherNames(const std::string& path, const EntryState& state);
+  std::optional<std::uint64_t> inodeInIndex(const std::string& path);
+  void reportNamesOfGone(const PendingChange& change);
+  void reportOtherNames(const std::string& path, std::uint64_t inode);
 
   const StreamScope& scope_;
   const std::shared_ptr<IndexView> index_;

@@ -48,13 +48,16 @@ bool Followers::follow(const std::string& path, bool isRoot, ChangeSink& sink) {
   const auto state = isRoot ? examineTarget(path) : examine(path);
   if (!state.isFolder()) return true;
   const bool isLive = followLive(path, state, sink);
-  if (!canLookInto(path)) return false;
-  if (isLive && !isRemote(path)) {
+  const bool isListable = canLookInto(path);
+  // Whoever follows the parent is told when the permissions change.
+  const bool isWatchedEnough =
+      isListable ? isLive && !isRemote(path) : isFollowing(std::string(parentOf(path)));
+  if (isWatchedEnough) {
     swept_.remove(path);
   } else {
     swept_.add(path, state);
   }
-  return true;
+  return isListable;
 }
 
 bool Followers::followLive(const std::string& path, const EntryState& state, ChangeSink& sink) {

@@ -244,7 +244,8 @@ void LinuxChangeStream::scheduleSweep() {
 void LinuxChangeStream::sweep() {
   const auto begin = steady_clock::now();
   const auto compare = [this](const std::string& folder) {
-    background_->survey(folder, SurveyDepth::children);
+    background_->survey(folder,
+                        becameReadable(folder) ? SurveyDepth::tree : SurveyDepth::children);
   };
   const auto isStopped = [this] { return stop_.stop_requested(); };
   if (begin - lastDeepSweep_ >= options_.deepSweepInterval) {

@@ -86,9 +86,10 @@ class Merge {
     const bool isKnown = known_.current() && known_.current()->path == entry.path;
     if (!scope_.includes(entry.path, platform::kindOf(entry.attributes))) {
       walk.skipDescendants();
+    } else if (entry.attributes.isDirectory) {
+      enter(entry, isKnown, walk);
     } else {
       compare(entry, isKnown);
-      if (entry.attributes.isDirectory) enter(entry, isKnown, walk);
     }
     if (isKnown) known_.advance();
   }
@@ -106,16 +107,22 @@ class Merge {
   }
 
   void enter(const Entry& entry, bool isKnown, DirectoryEnumerator& walk) {
-    if (depth_ == Reconciler::Depth::tree) {
-      visitor_.willList(std::string(entry.path));
-      if (!scope_.enters(entry.path)) walk.skipDescendants();
+    const std::string path(entry.path);
+    if (depth_ == Reconciler::Depth::children) {
+      walk.skipDescendants();
+      present_.insert(path);
+      const bool isSameFolder = isKnown && known_.current()->kind == IndexEntry::Kind::folder &&
+                                known_.current()->inode == entry.attributes.inode;
+      compare(entry, isKnown);
+      if (!isSameFolder) visitor_.foundFolder(path);
       return;
     }
-    walk.skipDescendants();
-    present_.emplace(entry.path);
-    const bool isSameFolder = isKnown && known_.current()->kind == IndexEntry::Kind::folder &&
-                              known_.current()->inode == entry.attributes.inode;
-    if (!isSameFolder) visitor_.foundFolder(std::string(entry.path));
+    visitor_.willList(path);
+    if (!scope_.enters(path)) walk.skipDescendants();
+    // Looked at again: it may have changed before anybody followed it.
+    auto followed = entry;
+    if (const auto attributes = readAttributes(path)) followed.attributes = *attributes;
+    compare(followed, isKnown);
   }
 
   void reportMissing() {
@@ -146,6 +153,8 @@ class Merge {
 
 void Reconciler::compare(const std::string& folder, IndexCursor* known, Depth depth) {
   visitor_.willList(folder);
+  // Whatever was known of the folder itself dates from before it was followed.
+  visitor_.differs(folder, kFSEventStreamEventFlagItemModified);
   const auto& filter = scope_.filter();
   auto walk = DirectoryEnumerator::open(folder.empty() ? "/" : folder,
                                         {.skipsHiddenFiles = filter.skipsHidden,

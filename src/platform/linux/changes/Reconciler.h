@@ -32,7 +32,8 @@ class Reconciler {
   Reconciler(const StreamScope& scope, ReconcileVisitor& visitor, std::stop_token stop)
       : scope_(scope), visitor_(visitor), stop_(std::move(stop)) {}
 
-  /// Compares below `folder`, which is on disk and in scope (or a root), but not `folder` itself.
+  /// Compares below `folder`, which is on disk and in scope (or a root). `folder` itself always
+  /// differs.
   /// Without a cursor every entry on disk differs. A folder that cannot be listed differs in
   /// nothing below it. Throws what the cursor throws.
   void compare(const std::string& folder, IndexCursor* known, Depth depth);

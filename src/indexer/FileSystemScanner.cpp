@@ -1,0 +1,109 @@
+#include "indexer/FileSystemScanner.h"
+
+#include <stop_token>
+#include <utility>
+
+#include "platform/DirectoryEnumerator.h"
+
+namespace zelnor {
+
+namespace {
+
+using platform::DirectoryEnumerator;
+using Stream = FileSystemScanner::Stream;
+
+/// Ends the stream however the walk ends.
+class StreamFinisher {
+ public:
+  explicit StreamFinisher(Stream& stream) : stream_(stream) {}
+  StreamFinisher(const StreamFinisher&) = delete;
+  StreamFinisher& operator=(const StreamFinisher&) = delete;
+  ~StreamFinisher() { stream_.finish(); }
+
+ private:
+  Stream& stream_;
+};
+
+/// Gathers records and delivers them in batches.
+class Batcher {
+ public:
+  Batcher(Stream& stream, std::size_t batchSize,
+          const FileSystemScanner::ProgressCallback& progress)
+      : stream_(stream), batchSize_(batchSize), progress_(progress) {
+    batch_.reserve(batchSize_);
+  }
+
+  void add(FileRecord record) {
+    batch_.push_back(std::move(record));
+    ++total_;
+    if (batch_.size() < batchSize_) return;
+    deliver();
+    batch_.reserve(batchSize_);
+  }
+
+  /// Delivers what is left.
+  void finish() {
+    if (!batch_.empty()) deliver();
+  }
+
+ private:
+  void deliver() {
+    stream_.push(std::exchange(batch_, {}));
+    if (progress_) progress_(total_);
+  }
+
+  Stream& stream_;
+  const std::size_t batchSize_;
+  const FileSystemScanner::ProgressCallback& progress_;
+  Stream::Batch batch_;
+  std::int64_t total_ = 0;
+};
+
+void walkRoot(const std::string& root, const IndexConfiguration& config,
+              const std::stop_token& stop, Batcher& batcher) {
+  auto entries =
+      DirectoryEnumerator::open(root, {.skipsHiddenFiles = config.skipHiddenFiles,
+                                       .skipsPackageDescendants = config.skipPackageContents});
+  if (!entries) return;
+  while (!stop.stop_requested()) {
+    const auto entry = entries->next();
+    if (!entry) return;
+    if (config.shouldExclude(entry->path)) {
+      entries->skipDescendants();
+      continue;
+    }
+    if (!entry->isReadable || (config.skipSymlinks && entry->attributes.isSymlink)) continue;
+    batcher.add(
+        FileRecord::from(std::string(entry->name), std::string(entry->path), entry->attributes));
+  }
+}
+
+void walk(const std::vector<std::string>& roots, const IndexConfiguration& config,
+          const std::stop_token& stop, Batcher& batcher) {
+  for (const auto& root : roots) {
+    if (stop.stop_requested()) break;
+    if (!config.shouldExclude(root)) walkRoot(root, config, stop, batcher);
+  }
+  batcher.finish();
+}
+
+}  // namespace
+
+FileSystemScanner::Scan FileSystemScanner::scan(std::vector<std::string> roots,
+                                                IndexConfiguration config,
+                                                ProgressCallback progressCallback,
+                                                const tasks::Executor& executor) const {
+  const auto stream = std::make_shared<Stream>(kMaxWaitingBatches);
+  auto task = tasks::Task::spawn(
+      executor,
+      [stream, size = batchSize, roots = std::move(roots), config = std::move(config),
+       progress = std::move(progressCallback)](std::stop_token stop) -> tasks::Async<void> {
+        const StreamFinisher finisher(*stream);
+        Batcher batcher(*stream, size, progress);
+        walk(roots, config, stop, batcher);
+        co_return;
+      });
+  return {.stream = stream, .walk = std::move(task)};
+}
+
+}  // namespace zelnor

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace zelnor {
+
+/// What the indexer is doing, and how much it holds.
+struct IndexStatus {
+  struct State {
+    enum class Kind : std::uint8_t { error, idle, indexing, paused };
+
+    Kind kind = Kind::idle;
+    std::string
+        description;  ///< of the error that ended the last rebuild; empty for the other kinds
+
+    static State error(std::string description) { return {Kind::error, std::move(description)}; }
+    static State idle() { return {Kind::idle, {}}; }
+    static State indexing() { return {Kind::indexing, {}}; }
+    static State paused() { return {Kind::paused, {}}; }
+
+    friend bool operator==(const State&, const State&) = default;
+  };
+
+  State state;
+  std::int64_t totalFiles = 0;  ///< rows in the index when last counted
+  std::int64_t processedFiles =
+      0;  ///< entries written so far by the running, or last, full rebuild
+  std::optional<std::chrono::system_clock::time_point>
+      lastIndexDate;  ///< when that rebuild completed
+
+  friend bool operator==(const IndexStatus&, const IndexStatus&) = default;
+};
+
+}  // namespace zelnor

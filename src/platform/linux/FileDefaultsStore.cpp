@@ -1,0 +1,172 @@
+#include "platform/FileDefaultsStore.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <mutex>
+#include <system_error>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include "platform/AtomicFile.h"
+#include "platform/FileDescriptor.h"
+#include "platform/FileLock.h"
+#include "platform/UserFolders.h"
+#include "platform/linux/DefaultsJson.h"
+
+namespace zelnor::platform {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kIndent = 2;  // people read this file too
+
+/// What tells one version of the file from the next.
+struct Version {
+  dev_t device = 0;
+  ino_t inode = 0;
+  off_t size = 0;
+  time_t seconds = 0;
+  long nanoseconds = 0;
+  friend bool operator==(const Version&, const Version&) = default;
+};
+
+Version versionFrom(const struct stat& status) {
+  return {.device = status.st_dev,
+          .inode = status.st_ino,
+          .size = status.st_size,
+          .seconds = status.st_mtim.tv_sec,
+          .nanoseconds = status.st_mtim.tv_nsec};
+}
+
+/// What was read from the file.
+struct Content {
+  enum class State : std::uint8_t { missing, sound, damaged, unreadable };
+
+  State state = State::missing;
+  Json values = Json::object();
+  Version version;
+  FileDescriptor
+      file;  ///< stays open, so that no later version of the file can have the same inode
+};
+
+std::optional<std::string> readAll(const FileDescriptor& file) {
+  std::string text;
+  std::array<char, 4096> buffer{};
+  for (;;) {
+    const auto size = ::read(file.get(), buffer.data(), buffer.size());
+    if (size == 0) return text;
+    if (size > 0) text.append(buffer.data(), static_cast<std::size_t>(size));
+    if (size < 0 && errno != EINTR) return std::nullopt;
+  }
+}
+
+Content readContent(const std::string& path) {
+  using State = Content::State;
+  Content content;
+  content.file = FileDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  struct stat status{};
+  if (!content.file || ::fstat(content.file.get(), &status) != 0) {
+    content.state = errno == ENOENT ? State::missing : State::unreadable;
+    return content;
+  }
+  content.version = versionFrom(status);
+  const auto text = readAll(content.file);
+  auto json = Json::parse(text.value_or(""), /*cb=*/nullptr, /*allow_exceptions=*/false);
+  const bool isSound = json.is_object();
+  if (isSound) content.values = std::move(json);
+  content.state = !text ? State::unreadable : isSound ? State::sound : State::damaged;
+  return content;
+}
+
+/// Gives a damaged file another name, so that its owner can mend it.
+void setAside(const std::string& path) {
+  for (unsigned number = 1;; ++number) {
+    const auto aside = path + ".damaged-" + std::to_string(number);
+    if (::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0) return;
+    if (errno != EEXIST) throw std::system_error(errno, std::generic_category(), aside);
+  }
+}
+
+}  // namespace
+
+struct FileDefaultsStore::State {
+  explicit State(std::string itsFolder) : folder(std::move(itsFolder)) {}
+
+  std::optional<Value> value(std::string_view key) {
+    const std::scoped_lock lock(mutex);
+    refresh();
+    const auto found = content.values.find(key);
+    return found == content.values.end() ? std::nullopt : valueFromJson(*found);
+  }
+
+  /// Applies `edit` to the values. If they cannot be written, nothing changes.
+  template <class Edit>
+  void change(Edit edit) {
+    const std::scoped_lock lock(mutex);
+    try {
+      refresh();
+      if (edited(edit) == content.values) return;
+      createPrivateFolder(folder);
+      const auto untilWritten = FileLock::acquire(path + ".lock");
+      refresh();
+      write(edited(edit));
+      refresh();
+    } catch (const std::exception&) {
+      // A full disk, no permission, a key that is not UTF-8: the file is as it was.
+    }
+  }
+
+ private:
+  void refresh() {
+    struct stat status{};
+    const bool isThere = ::stat(path.c_str(), &status) == 0;
+    const bool isUnchanged = isThere ? content.file && versionFrom(status) == content.version
+                                     : content.state == Content::State::missing;
+    if (!isUnchanged) content = readContent(path);
+  }
+
+  template <class Edit>
+  Json edited(Edit edit) const {
+    auto values = content.values;
+    edit(values);
+    return values;
+  }
+
+  void write(const Json& values) const {
+    const auto text = values.dump(kIndent) + "\n";
+    // What cannot be read is not ours to replace.
+    if (content.state == Content::State::unreadable) return;
+    if (content.state == Content::State::damaged) setAside(path);
+    replaceFile(path, text);
+  }
+
+  const std::string folder;
+  const std::string path = folder + "/settings.json";
+  std::mutex mutex;
+  Content content;
+};
+
+FileDefaultsStore::FileDefaultsStore(std::string folder)
+    : state_(std::make_unique<State>(std::move(folder))) {}
+FileDefaultsStore::~FileDefaultsStore() = default;
+
+std::optional<DefaultsStore::Value> FileDefaultsStore::value(std::string_view key) const {
+  return state_->value(key);
+}
+
+void FileDefaultsStore::set(std::string_view key, Value value) {
+  state_->change([&](Json& values) { values[std::string(key)] = toJson(value); });
+}
+
+void FileDefaultsStore::remove(std::string_view key) {
+  state_->change([&](Json& values) { values.erase(std::string(key)); });
+}
+
+}  // namespace zelnor::platform

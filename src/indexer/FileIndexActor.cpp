@@ -135,7 +135,10 @@ tasks::Async<bool> FileIndexActor::fillOnce(const IndexConfiguration& config, bo
 }
 
 tasks::Async<void> FileIndexActor::mergeInSteps(std::stop_token stop) {
-  while (!stop.stop_requested() && co_await database_.mergeStep()) {
+  // GCC 12 miscompiles an await behind && in a loop's condition.
+  while (!stop.stop_requested()) {
+    const bool more = co_await database_.mergeStep();
+    if (!more) co_return;
   }
 }
 

@@ -10,7 +10,7 @@ namespace zelnor {
 
 /// What to index. Paths are absolute, in bytes.
 struct IndexConfiguration {
-  std::vector<std::string> includedPaths;  ///< roots to scan and to watch, in order
+  std::vector<std::string> includedPaths = {};  ///< roots to scan and to watch, in order
   /// Prefixes of paths that are never indexed.
   std::vector<std::string> excludedPaths = {
       "/System", "/private/var", "/private/tmp",

@@ -10,7 +10,8 @@ Async<void> waitForAll(std::vector<Task> tasks) {
   for (const auto& task : tasks) {
     try {
       co_await task.wait();
-    } catch (...) {  // NOLINT(bugprone-empty-catch): how a task ended is the business of whoever started it
+    } catch (...) {  // NOLINT(bugprone-empty-catch): how a task ended is the business of whoever
+                     // started it
     }
   }
 }

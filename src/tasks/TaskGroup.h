@@ -9,7 +9,8 @@
 
 namespace zelnor::tasks {
 
-/// The tasks of one owner, on one executor: cancelled together, awaited together. Used on that executor only.
+/// The tasks of one owner, on one executor: cancelled together, awaited together. Used on that
+/// executor only.
 class TaskGroup {
  public:
   explicit TaskGroup(Executor executor);

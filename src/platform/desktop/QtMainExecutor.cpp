@@ -28,8 +28,7 @@ class QtMainExecutor::Receiver final : public QObject {
   }
 
  private:
-  tasks::MainQueue queue_{
-      [this] { QCoreApplication::postEvent(this, new QEvent(drainEvent())); }};
+  tasks::MainQueue queue_{[this] { QCoreApplication::postEvent(this, new QEvent(drainEvent())); }};
 };
 
 QtMainExecutor::QtMainExecutor() : receiver_(std::make_unique<Receiver>()) {}

@@ -34,8 +34,9 @@ class FileIndexActor : public tasks::Actor {
     platform::DefaultsStore& defaults;
     /// How changes are followed: what a stream needs besides the roots, their scope and the index itself, which the
     /// actor fills in. None: they are not, and the index is as its last rebuild left it.
-    std::optional<platform::ChangeStreamOptions> changes;
-    std::function<void(const std::string&)> log;  ///< takes one line; any thread
+    std::optional<platform::ChangeStreamOptions> changes = std::nullopt;
+    /// Takes one line; any thread.
+    std::function<void(const std::string&)> log = [](const std::string&) {};
   };
 
   /// Opens the index for writing. Blocks: not for the main thread. Throws DatabaseError, or

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+
+#include <QObject>
+#include <QString>
+
+#include "app/DeferredSearchSource.h"
+#include "app/IndexAccess.h"
+#include "app/Options.h"
+#include "indexer/IndexStatus.h"
+#include "platform/FileDefaultsStore.h"
+#include "platform/desktop/QtMainExecutor.h"
+#include "search/SearchViewModel.h"
+#include "tasks/Clock.h"
+#include "tasks/TaskGroup.h"
+#include "tasks/ThreadPool.h"
+
+namespace zelnor::app {
+
+/// Owns what lives as long as the program: threads, settings, the index and the view models.
+///
+/// Main thread only. The index is opened on another thread, so a window can be shown before it is
+/// there.
+class AppEnvironment final : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit AppEnvironment(Options options);
+  /// After `shutDown()`.
+  ~AppEnvironment() override;
+
+  [[nodiscard]] SearchViewModel& searchViewModel() { return *searchViewModel_; }
+
+  /// Opens the index and, if it is empty or other roots were asked for, fills it.
+  void start();
+
+  /// Ends whatever runs and closes the index; events are handled meanwhile. Answers whether all of
+  /// it ended within `patience`. If not, the environment must not be destroyed, but the process may
+  /// be ended at once: whatever is cut off in the index, its next opening puts right.
+  [[nodiscard]] bool shutDown(std::chrono::milliseconds patience);
+
+ Q_SIGNALS:
+  void indexStatusChanged(const zelnor::IndexStatus& status);
+  /// Something about the index that the user should know; empty when it no longer holds.
+  void noticeChanged(const QString& notice);
+  /// The index cannot be used; the reason is for the user.
+  void failed(const QString& reason);
+
+ private:
+  tasks::Async<void> run(std::stop_token stop);
+  tasks::Async<void> open();
+  tasks::Async<void> showCount();
+  tasks::Async<void> rebuildIfNeeded();
+  tasks::Async<void> endEverything();
+  void report(const std::exception& error);
+
+  const Options options_;
+  // What runs tasks goes last, the main thread at the very end.
+  platform::QtMainExecutor main_;
+  tasks::ThreadPool interactive_;
+  tasks::ThreadPool background_;
+  platform::FileDefaultsStore defaults_;
+  tasks::SteadyClock clock_;
+  DeferredSearchSource source_;
+  std::unique_ptr<IndexAccess> index_;  ///< once it is open
+  std::int64_t entries_ = 0;            ///< in the index when it was opened
+  std::unique_ptr<SearchViewModel> searchViewModel_;
+  tasks::TaskGroup tasks_;
+};
+
+}  // namespace zelnor::app

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace zelnor::app {
+
+/// Where the application works. Paths are absolute, in bytes.
+struct Options {
+  std::string homeFolder;
+  std::string dataFolder;  ///< holds the index
+  std::string settingsFolder;
+  std::vector<std::string> roots;  ///< to be indexed in place of the configured ones
+
+  /// What the command line says, on top of the user's own folders; or, if the program is to end at
+  /// once (after a request for help, or an error, which has been reported), its exit status.
+  static std::variant<Options, int> parse(int argc, const char* const* argv);
+};
+
+}  // namespace zelnor::app

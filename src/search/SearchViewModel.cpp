@@ -1,0 +1,310 @@
+#include "search/SearchViewModel.h"
+
+#include <algorithm>
+#include <limits>
+#include <stop_token>
+#include <string_view>
+#include <utility>
+
+#include <asio/post.hpp>
+
+#include <QPointer>
+
+#include "search/RecentSearches.h"
+#include "search/SearchServices.h"
+#include "tasks/TaskGroup.h"
+
+namespace zelnor {
+
+namespace {
+
+using Results = std::vector<SearchResult>;
+
+constexpr std::string_view kFailurePrefix = "搜索失败：";
+
+/// A list may hold 50,000 rows; freeing those takes longer than the main thread has between two
+/// frames.
+void freeElsewhere(const tasks::Executor& executor, Results results) {
+  if (results.empty()) return;
+  asio::post(executor, [freed = std::move(results)] {});
+}
+
+std::int64_t sizeOf(const Results& results) { return static_cast<std::int64_t>(results.size()); }
+
+}  // namespace
+
+/// Values that change together: assigned one by one, signalled at the end those that differ.
+class SearchViewModel::Update {
+ public:
+  using Signal = void (SearchViewModel::*)();
+
+  explicit Update(SearchViewModel& owner) : owner_(&owner) {}
+  Update(const Update&) = delete;
+  Update& operator=(const Update&) = delete;
+  ~Update() {
+    if (resultsChange_) Q_EMIT owner_->resultsChanged(*resultsChange_);
+    for (const Signal signal : signals_) {
+      if (owner_) Q_EMIT(owner_->*signal)();
+    }
+  }
+
+  template <class T>
+  void set(T& field, std::type_identity_t<T> value, Signal signal) {
+    if (field == value) return;
+    field = std::move(value);
+    signals_.push_back(signal);
+  }
+  void resultsDid(ResultsChange change) { resultsChange_ = change; }
+  void always(Signal signal) { signals_.push_back(signal); }
+
+ private:
+  QPointer<SearchViewModel> owner_;  // a slot may delete it
+  std::optional<ResultsChange> resultsChange_;
+  std::vector<Signal> signals_;
+};
+
+/// What runs by itself: at most one debounce, one first-page search and one further page count,
+/// others are cancelled.
+class SearchViewModel::Tasks {
+ public:
+  Tasks(SearchViewModel& owner, const SearchServices& services)
+      : recents(services.defaults, services.background),
+        owner_(owner),
+        services_(services),
+        group_(services.main) {}
+
+  void startDebounce() {
+    debounce_ = group_.spawn([services = services_, owner = QPointer(&owner_)](
+                                 std::stop_token stop) { return debounce(services, owner, stop); });
+  }
+  void cancelDebounce() const { debounce_.cancel(); }
+
+  void startSearch(const SearchQuery& query) {
+    search_ =
+        group_.spawn([services = services_, owner = QPointer(&owner_), query](
+                         std::stop_token stop) { return search(services, owner, query, stop); });
+  }
+  void startPage(const SearchQuery& query, std::int64_t offset) {
+    page_ = group_.spawn(
+        [services = services_, owner = QPointer(&owner_), query, offset](std::stop_token stop) {
+          return nextPage(services, owner, query, offset, stop);
+        });
+  }
+  void cancelSearch() const {
+    search_.cancel();
+    page_.cancel();
+  }
+
+  void stop(std::function<void()> stopped) {
+    group_.cancelAll();
+    tasks::Task::spawn(services_.main, [this, stopped = std::move(stopped)](std::stop_token) {
+      return waitForEnd(stopped);
+    });
+  }
+
+  void free(Results results) const { freeElsewhere(services_.background, std::move(results)); }
+
+  RecentSearches recents;
+
+ private:
+  using Owner = QPointer<SearchViewModel>;
+
+  static tasks::Async<void> debounce(SearchServices services, Owner owner, std::stop_token stop) {
+    const bool quiet = co_await services.clock.sleep(kDebounce, stop);
+    if (quiet && !stop.stop_requested() && owner) owner->performSearch();
+  }
+
+  static tasks::Async<void> search(SearchServices services, Owner owner, SearchQuery query,
+                                   std::stop_token stop) {
+    FirstPage page;
+    std::optional<std::string> failure;
+    try {
+      page = co_await firstPage(services.source, query, stop);
+    } catch (const std::exception& error) {
+      failure = error.what();
+    }
+    if (stop.stop_requested() || !owner) {
+      freeElsewhere(services.background, std::move(page.results));
+    } else if (failure) {
+      owner->searchFailed(*failure);
+    } else {
+      owner->searchSucceeded(std::move(page), query.text);
+    }
+  }
+
+  static tasks::Async<FirstPage> firstPage(SearchSource& source, const SearchQuery& query,
+                                           const std::stop_token& stop) {
+    FirstPage page;
+    switch (query.mode.kind) {
+      case SearchMode::Kind::empty:
+        break;
+      case SearchMode::Kind::regex:
+        page.results = co_await source.search(query, std::numeric_limits<std::int64_t>::max(), 0);
+        page.count = sizeOf(page.results);
+        break;
+      case SearchMode::Kind::fts:
+      case SearchMode::Kind::glob:
+        page.results = co_await source.search(query, kPageSize, 0);
+        if (!stop.stop_requested()) page.count = co_await source.searchCount(query);
+        break;
+    }
+    co_return page;
+  }
+
+  static tasks::Async<void> nextPage(SearchServices services, Owner owner, SearchQuery query,
+                                     std::int64_t offset, std::stop_token stop) {
+    std::optional<Results> page;
+    try {
+      page = co_await services.source.search(query, kPageSize, offset);
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the rows that are there stay
+                                       // usable
+    }
+    if (stop.stop_requested() || !owner) co_return;
+    if (page) {
+      owner->pageArrived(std::move(*page));
+    } else {
+      owner->pageMissed();
+    }
+  }
+
+  tasks::Async<void> waitForEnd(std::function<void()> stopped) {
+    co_await group_.wait();
+    co_await recents.flush();
+    stopped();
+  }
+
+  SearchViewModel& owner_;
+  SearchServices services_;
+  tasks::TaskGroup group_;
+  tasks::Task debounce_;
+  tasks::Task search_;
+  tasks::Task page_;
+};
+
+SearchViewModel::SearchViewModel(const SearchServices& services, QObject* parent)
+    : QObject(parent), tasks_(std::make_unique<Tasks>(*this, services)) {}
+
+SearchViewModel::~SearchViewModel() = default;
+
+const std::vector<std::string>& SearchViewModel::recentSearches() const {
+  return tasks_->recents.texts();
+}
+
+std::vector<SearchResult> SearchViewModel::selectedResults() const {
+  std::vector<SearchResult> selected;
+  if (selectedIDs_.empty()) return selected;
+  std::copy_if(results_.begin(), results_.end(), std::back_inserter(selected),
+               [this](const SearchResult& result) { return selectedIDs_.contains(result.id()); });
+  return selected;
+}
+
+void SearchViewModel::setQueryText(std::string text) {
+  Update(*this).set(queryText_, std::move(text), &SearchViewModel::queryTextChanged);
+  scheduleSearch();
+}
+
+void SearchViewModel::setFilter(const SearchFilter& filter) {
+  Update(*this).set(filter_, filter, &SearchViewModel::filterChanged);
+  scheduleSearch();
+}
+
+void SearchViewModel::setSelectedIDs(IdSet ids) {
+  Update(*this).set(selectedIDs_, std::move(ids), &SearchViewModel::selectedIDsChanged);
+}
+
+void SearchViewModel::scheduleSearch() {
+  tasks_->cancelDebounce();
+  if (queryText_.empty() && !filter_.isActive()) {
+    clearResults();
+  } else {
+    tasks_->startDebounce();
+  }
+}
+
+void SearchViewModel::clearResults() {
+  tasks_->cancelSearch();
+  lastQuery_.reset();  // an emptied list has no further pages
+  Update update(*this);
+  if (!results_.empty()) update.resultsDid(ResultsChange::replaced);
+  tasks_->free(std::exchange(results_, {}));
+  update.set(resultCount_, 0, &SearchViewModel::resultCountChanged);
+  update.set(isSearching_, false, &SearchViewModel::isSearchingChanged);
+  update.set(isLoadingMore_, false, &SearchViewModel::isLoadingMoreChanged);
+}
+
+void SearchViewModel::performSearch() {
+  tasks_->cancelSearch();
+  Update update(*this);
+  update.set(isSearching_, true, &SearchViewModel::isSearchingChanged);
+  update.set(isLoadingMore_, false, &SearchViewModel::isLoadingMoreChanged);
+  update.set(errorMessage_, std::nullopt, &SearchViewModel::errorMessageChanged);
+  update.set(hasMore_, false, &SearchViewModel::hasMoreChanged);
+  currentOffset_ = 0;
+  lastQuery_ = SearchQuery::parsed(queryText_, filter_, sortBy_, sortAscending_);
+  tasks_->startSearch(*lastQuery_);
+}
+
+void SearchViewModel::searchSucceeded(FirstPage page, const std::string& text) {
+  Update update(*this);
+  tasks_->free(std::exchange(results_, std::move(page.results)));
+  update.resultsDid(ResultsChange::replaced);
+  update.set(totalCount_, page.count, &SearchViewModel::totalCountChanged);
+  currentOffset_ = sizeOf(results_);
+  update.set(hasMore_, sizeOf(results_) < page.count, &SearchViewModel::hasMoreChanged);
+  update.set(resultCount_, page.count, &SearchViewModel::resultCountChanged);
+  update.set(isSearching_, false, &SearchViewModel::isSearchingChanged);
+  if (!text.empty() && tasks_->recents.record(text)) {
+    update.always(&SearchViewModel::recentSearchesChanged);
+  }
+}
+
+void SearchViewModel::searchFailed(const std::string& description) {
+  Update update(*this);
+  update.set(isSearching_, false, &SearchViewModel::isSearchingChanged);
+  update.set(errorMessage_, std::string(kFailurePrefix) + description,
+             &SearchViewModel::errorMessageChanged);
+}
+
+void SearchViewModel::loadMore() {
+  if (!hasMore_ || isLoadingMore_ || isSearching_ || !lastQuery_) return;
+  tasks_->startPage(*lastQuery_, currentOffset_);
+  Update(*this).set(isLoadingMore_, true, &SearchViewModel::isLoadingMoreChanged);
+}
+
+void SearchViewModel::pageArrived(std::vector<SearchResult> page) {
+  Update update(*this);
+  currentOffset_ += sizeOf(page);
+  if (!page.empty()) update.resultsDid(ResultsChange::appended);
+  std::move(page.begin(), page.end(), std::back_inserter(results_));
+  update.set(hasMore_, sizeOf(results_) < totalCount_, &SearchViewModel::hasMoreChanged);
+  update.set(isLoadingMore_, false, &SearchViewModel::isLoadingMoreChanged);
+}
+
+void SearchViewModel::pageMissed() {
+  Update(*this).set(isLoadingMore_, false, &SearchViewModel::isLoadingMoreChanged);
+}
+
+void SearchViewModel::updateSort(SortField field) {
+  {
+    Update update(*this);
+    update.set(sortAscending_, field != sortBy_ || !sortAscending_,
+               &SearchViewModel::sortAscendingChanged);
+    update.set(sortBy_, field, &SearchViewModel::sortByChanged);
+  }
+  performSearch();
+}
+
+void SearchViewModel::removeResults(const IdSet& ids) {
+  Update update(*this);
+  const auto removed = std::erase_if(
+      results_, [&](const SearchResult& result) { return ids.contains(result.id()); });
+  if (removed > 0) update.resultsDid(ResultsChange::removed);
+  update.set(resultCount_, sizeOf(results_), &SearchViewModel::resultCountChanged);
+  auto selected = selectedIDs_;
+  for (const auto id : ids) selected.erase(id);
+  update.set(selectedIDs_, std::move(selected), &SearchViewModel::selectedIDsChanged);
+}
+
+void SearchViewModel::stop(std::function<void()> stopped) { tasks_->stop(std::move(stopped)); }
+
+}  // namespace zelnor

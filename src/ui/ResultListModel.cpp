@@ -1,0 +1,99 @@
+#include "ui/ResultListModel.h"
+
+#include <string_view>
+
+#include <QColor>
+
+#include "search/FileTypeCategory.h"
+#include "ui/DisplayText.h"
+
+namespace zelnor::ui {
+
+namespace {
+
+constexpr qsizetype kBadgeLength = 4;
+
+int rowsOf(const SearchViewModel& results) { return static_cast<int>(results.results().size()); }
+
+/// What follows the last dot; a name that only begins with one has no extension.
+std::string_view extensionOf(std::string_view name) {
+  const auto dot = name.rfind('.');
+  return dot == std::string_view::npos || dot == 0 ? std::string_view{} : name.substr(dot + 1);
+}
+
+QColor tint(const FileRecord& record) {
+  const auto category = record.kind == FileKind::directory
+                            ? FileTypeCategory::folder
+                            : categoryForExtension(extensionOf(record.name));
+  const auto color = iconColor(category);
+  return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
+                          static_cast<float>(color.blue));
+}
+
+QString badge(const FileRecord& record) {
+  if (record.kind == FileKind::directory) return {};
+  const auto extension = displayText(extensionOf(record.name)).toUpper();
+  return extension.size() <= kBadgeLength ? extension : QString();
+}
+
+QString size(const FileRecord& record) {
+  return record.kind == FileKind::file ? sizeText(record.size) : QStringLiteral(u"—");
+}
+
+/// Tool tips take what looks like markup for markup.
+QString toolTip(const FileRecord& record) {
+  return QStringLiteral(u"<span>%1</span>").arg(displayText(record.path).toHtmlEscaped());
+}
+
+}  // namespace
+
+ResultListModel::ResultListModel(const SearchViewModel& results, QObject* parent)
+    : QAbstractListModel(parent), results_(results), rows_(rowsOf(results)) {
+  connect(&results, &SearchViewModel::resultsChanged, this, &ResultListModel::follow);
+}
+
+int ResultListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+QVariant ResultListModel::data(const QModelIndex& index, int role) const {
+  const auto& rows = results_.results();
+  const auto row = static_cast<std::size_t>(index.row());
+  if (!index.isValid() || row >= rows.size()) return {};
+  const auto& record = rows[row].record;
+  switch (role) {
+    case Qt::DisplayRole:
+      return displayText(record.name);
+    case Qt::ToolTipRole:
+      return toolTip(record);
+    case folderRole:
+      return displayFolder(record.path);
+    case sizeRole:
+      return size(record);
+    case dateRole:
+      return dateText(record.mtime);
+    case badgeRole:
+      return badge(record);
+    case tintRole:
+      return tint(record);
+    case isFolderRole:
+      return record.kind == FileKind::directory;
+    default:
+      return {};
+  }
+}
+
+void ResultListModel::follow(SearchViewModel::ResultsChange change) {
+  const int rows = rowsOf(results_);
+  if (change == SearchViewModel::ResultsChange::appended) {
+    beginInsertRows({}, rows_, rows - 1);
+    rows_ = rows;
+    endInsertRows();
+  } else {
+    beginResetModel();
+    rows_ = rows;
+    endResetModel();
+  }
+}
+
+}  // namespace zelnor::ui

@@ -1,0 +1,109 @@
+#include "ui/ResultListView.h"
+
+#include <utility>
+
+#include <QItemSelection>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+#include "ui/Palette.h"
+#include "ui/ResultDelegate.h"
+#include "ui/ResultListModel.h"
+
+namespace zelnor::ui {
+
+ResultListView::ResultListView(SearchViewModel& viewModel, QWidget* parent)
+    : QListView(parent), viewModel_(viewModel) {
+  setModel(new ResultListModel(viewModel, this));
+  setItemDelegate(new ResultDelegate(this));
+  setUniformItemSizes(true);
+  setSelectionMode(ExtendedSelection);
+  setVerticalScrollMode(ScrollPerPixel);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFrameShape(NoFrame);
+  setMouseTracking(true);
+  setAttribute(Qt::WA_Hover);
+
+  connect(this, &QListView::doubleClicked, this, &ResultListView::open);
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ResultListView::loadMoreAtTheEnd);
+  connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &ResultListView::loadMoreAtTheEnd);
+  // After the model, which was connected first.
+  connect(&viewModel, &SearchViewModel::resultsChanged, this, &ResultListView::follow);
+  connect(&viewModel, &SearchViewModel::selectedIDsChanged, this, &ResultListView::showSelection);
+}
+
+void ResultListView::enter() {
+  setFocus();
+  if (!currentIndex().isValid() && model()->rowCount() > 0) setCurrentIndex(model()->index(0, 0));
+}
+
+void ResultListView::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      open(currentIndex());
+      return;
+    case Qt::Key_Up:
+      if (currentIndex().row() <= 0) {
+        Q_EMIT leftUpwards();
+        return;
+      }
+      break;
+    default:
+      break;
+  }
+  const bool isCommand =
+      event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+  const auto text = event->text();
+  if (!isCommand && !text.isEmpty() && text.front().isPrint() && text.front() != u' ') {
+    Q_EMIT typed(text);
+    return;
+  }
+  QListView::keyPressEvent(event);
+}
+
+void ResultListView::selectionChanged(const QItemSelection& selected,
+                                      const QItemSelection& deselected) {
+  QListView::selectionChanged(selected, deselected);
+  if (sharing_) return;
+  const QScopedValueRollback guard(sharing_, true);
+  SearchViewModel::IdSet ids;
+  for (const auto& range : selectionModel()->selection()) {
+    for (int row = range.top(); row <= range.bottom(); ++row) {
+      ids.insert(viewModel_.results().at(static_cast<std::size_t>(row)).id());
+    }
+  }
+  viewModel_.setSelectedIDs(std::move(ids));
+}
+
+void ResultListView::follow(SearchViewModel::ResultsChange change) {
+  if (change == SearchViewModel::ResultsChange::replaced) scrollToTop();
+  showSelection();
+}
+
+void ResultListView::showSelection() {
+  if (sharing_) return;
+  const QScopedValueRollback guard(sharing_, true);
+  QItemSelection selection;
+  const auto& rows = viewModel_.results();
+  const auto& ids = viewModel_.selectedIDs();
+  for (std::size_t row = 0; row < rows.size() && !ids.empty(); ++row) {
+    if (!ids.contains(rows[row].id())) continue;
+    const auto index = model()->index(static_cast<int>(row), 0);
+    selection.select(index, index);
+  }
+  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void ResultListView::loadMoreAtTheEnd() {
+  const auto* bar = verticalScrollBar();
+  if (bar->value() >= bar->maximum() - bar->pageStep()) viewModel_.loadMore();
+}
+
+void ResultListView::open(const QModelIndex& index) {
+  if (index.isValid())
+    Q_EMIT opened(viewModel_.results().at(static_cast<std::size_t>(index.row())));
+}
+
+}  // namespace zelnor::ui

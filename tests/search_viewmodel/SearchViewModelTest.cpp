@@ -1,0 +1,366 @@
+#include <limits>
+#include <map>
+#include <thread>
+
+#include <asio/post.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "search/SearchServices.h"
+#include "search/SearchViewModel.h"
+#include "tasks/ThreadPool.h"
+#include "tests/search_viewmodel/FakeSearchSource.h"
+#include "tests/support/MainThread.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/MemoryDefaultsStore.h"
+
+namespace zelnor {
+namespace {
+
+using std::chrono_literals::operator""ms;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Texts = std::vector<std::string>;
+using Ids = std::vector<std::int64_t>;
+
+constexpr auto kRecent = "RecentSearches";
+
+class SearchViewModelTest : public testing::Test {
+ protected:
+  ~SearchViewModelTest() override { settle(); }
+
+  /// Everything that can happen without time passing has happened.
+  void settle() { main_.runReady(); }
+  void pass(tasks::Clock::Duration time) {
+    settle();  // who wants to sleep does
+    clock_.advance(time);
+    settle();
+  }
+  void search(const std::string& text) {
+    model_->setQueryText(text);
+    pass(SearchViewModel::kDebounce);
+  }
+  void release() {
+    source_.release();
+    settle();
+  }
+  /// Restarts the view model, as a new start of the program would.
+  void start() {
+    stop();
+    model_ = std::make_unique<SearchViewModel>(services_);
+  }
+  void stop() {
+    bool stopped = false;
+    model_->stop([&] { stopped = true; });
+    main_.runUntil([&] { return stopped; });
+  }
+  static SearchFilter images() {
+    SearchFilter filter;
+    filter.category = FileTypeCategory::image;
+    return filter;
+  }
+  [[nodiscard]] Ids ids() const {
+    Ids ids;
+    for (const auto& result : model_->results()) ids.push_back(result.id());
+    return ids;
+  }
+
+  test::ManualClock clock_;
+  test::MemoryDefaultsStore defaults_;
+  test::FakeSearchSource source_;
+  tasks::ThreadPool background_{1};
+  test::MainThread main_;
+  SearchServices services_{source_, clock_, defaults_, main_.executor(), background_.executor()};
+  std::unique_ptr<SearchViewModel> model_ = std::make_unique<SearchViewModel>(services_);
+};
+
+TEST_F(SearchViewModelTest, TypingSearchesOnceAfterTheLastKey) {
+  for (const auto* text : {"r", "re", "rep", "repo", "report"}) {
+    model_->setQueryText(text);
+    pass(100ms);
+  }
+  pass(49ms);
+  EXPECT_THAT(source_.searches, IsEmpty());
+  pass(1ms);
+  ASSERT_EQ(source_.searches.size(), 1U);
+  EXPECT_EQ(source_.searches[0].query, SearchQuery::parsed("report"));
+  EXPECT_EQ(source_.searches[0].limit, 200);
+
+  model_->setQueryText("report");  // also when nothing changed
+  pass(SearchViewModel::kDebounce);
+  model_->setFilter(images());
+  pass(SearchViewModel::kDebounce);
+  ASSERT_EQ(source_.searches.size(), 3U);
+  EXPECT_EQ(source_.searches[2].query, SearchQuery::parsed("report", images()));
+}
+
+TEST_F(SearchViewModelTest, ClearingEmptiesTheListAtOnceAndGivesUpWhatIsUnderWay) {
+  source_.matches = 450;
+  search("report");
+  source_.isHeld = true;
+  model_->loadMore();
+  search("reports");
+  ASSERT_TRUE(model_->isSearching());
+
+  model_->setQueryText("");
+  EXPECT_THAT(model_->results(), IsEmpty());
+  EXPECT_EQ(model_->resultCount(), 0);
+  EXPECT_EQ(model_->totalCount(), 450);
+  EXPECT_FALSE(model_->isSearching());
+
+  while (source_.waiting() > 0) release();
+  model_->loadMore();
+  pass(SearchViewModel::kDebounce);
+  EXPECT_THAT(model_->results(), IsEmpty());
+  EXPECT_EQ(source_.searches.size(), 3U);
+}
+
+TEST_F(SearchViewModelTest, AQueryWithNothingToMatchAsksNobody) {
+  source_.matches = 7;
+  search("report");
+  search("  ");
+  EXPECT_THAT(model_->results(), IsEmpty());
+  EXPECT_EQ(model_->totalCount(), 0);
+  EXPECT_THAT(model_->recentSearches(), ElementsAre("  ", "report"));
+
+  search("report");
+  model_->setFilter(images());
+  search("");
+  EXPECT_THAT(model_->results(), IsEmpty());
+  EXPECT_EQ(model_->resultCount(), 0);
+  EXPECT_FALSE(model_->isSearching());
+  EXPECT_THAT(model_->recentSearches(), ElementsAre("report", "  "));
+  EXPECT_EQ(source_.searches.size(), 2U);
+}
+
+TEST_F(SearchViewModelTest, PagesFollowEachOtherUntilAllMatchesAreThere) {
+  source_.matches = 450;
+  search("report");
+  EXPECT_EQ(model_->results().size(), 200U);
+  EXPECT_EQ(model_->resultCount(), 450);
+  EXPECT_TRUE(model_->hasMore());
+
+  source_.isHeld = true;
+  model_->loadMore();
+  model_->loadMore();  // one at a time
+  settle();
+  EXPECT_TRUE(model_->isLoadingMore());
+  source_.isHeld = false;
+  release();
+  model_->loadMore();
+  settle();
+  EXPECT_EQ(model_->results().size(), 450U);
+  EXPECT_EQ(model_->results().back(), test::FakeSearchSource::row(449));
+  EXPECT_FALSE(model_->hasMore());
+  EXPECT_FALSE(model_->isLoadingMore());
+  model_->loadMore();
+  settle();
+  ASSERT_EQ(source_.searches.size(), 3U);
+  EXPECT_EQ(source_.searches[2].offset, 400);
+  EXPECT_EQ(source_.counts.size(), 1U);
+}
+
+TEST_F(SearchViewModelTest, APageOfAnEarlierSearchIsDropped) {
+  source_.matches = 450;
+  search("report");
+  source_.isHeld = true;
+  model_->loadMore();
+  settle();
+  search("invoice");
+  model_->loadMore();  // not while searching
+  settle();
+  EXPECT_EQ(source_.searches.size(), 3U);
+
+  release();  // the page of "report"
+  EXPECT_EQ(model_->results().size(), 200U);
+  release();
+  release();
+  EXPECT_EQ(model_->results().size(), 200U);
+  model_->loadMore();  // nothing of the earlier search stands in the way
+  settle();
+  release();
+  EXPECT_EQ(model_->results().size(), 400U);
+}
+
+TEST_F(SearchViewModelTest, OnlyTheLatestSearchCounts) {
+  source_.matches = 3;
+  source_.isHeld = true;
+  search("old");
+  source_.matches = 5;
+  search("new");
+  ASSERT_EQ(source_.waiting(), 2U);
+  release();
+  EXPECT_TRUE(model_->isSearching());
+  EXPECT_THAT(model_->results(), IsEmpty());
+  EXPECT_EQ(source_.waiting(), 1U);  // nobody asks for the count of what is given up
+  release();
+  release();
+  EXPECT_EQ(model_->results().size(), 5U);
+  EXPECT_THAT(model_->recentSearches(), ElementsAre("new"));
+}
+
+TEST_F(SearchViewModelTest, ARegularExpressionComesInOneList) {
+  source_.matches = 450;
+  search("r:^name");
+  EXPECT_EQ(source_.searches.at(0).limit, std::numeric_limits<std::int64_t>::max());
+  EXPECT_THAT(source_.counts, IsEmpty());
+  EXPECT_EQ(model_->results().size(), 450U);
+  EXPECT_EQ(model_->totalCount(), 450);
+  EXPECT_FALSE(model_->hasMore());
+}
+
+TEST_F(SearchViewModelTest, SortingSearchesAtOnceAndTurnsRoundTheSecondTime) {
+  model_->setQueryText("report");
+  pass(SearchViewModel::kDebounce);
+  struct Step {
+    SortField field;
+    bool ascending;
+  };
+  for (const auto& [field, ascending] :
+       {Step{SortField::size, true}, Step{SortField::size, false}, Step{SortField::name, true},
+        Step{SortField::relevance, true}, Step{SortField::relevance, false}}) {
+    model_->updateSort(field);
+    settle();
+    EXPECT_EQ(source_.searches.back().query, SearchQuery::parsed("report", {}, field, ascending));
+  }
+  EXPECT_EQ(source_.searches.size(), 6U);
+}
+
+TEST_F(SearchViewModelTest, RemembersTheLastEightDifferentTexts) {
+  for (const auto* text : {"report", "invoice", "report", " report"}) search(text);
+  EXPECT_THAT(model_->recentSearches(), ElementsAre(" report", "report", "invoice"));
+  start();
+  EXPECT_THAT(model_->recentSearches(), ElementsAre(" report", "report", "invoice"));
+
+  for (int i = 0; i < 10; ++i) search(std::to_string(i));
+  stop();
+  EXPECT_THAT(defaults_.get<Texts>(kRecent).value(),
+              ElementsAre("9", "8", "7", "6", "5", "4", "3", "2"));
+
+  defaults_.set(kRecent, std::string("no list"));
+  start();
+  EXPECT_THAT(model_->recentSearches(), IsEmpty());
+}
+
+TEST_F(SearchViewModelTest, AFailureKeepsTheRowsAndIsClearedByTheNextSearch) {
+  source_.matches = 450;
+  search("report");
+  source_.failure = DatabaseError::stepFailed(/*code=*/10);
+  model_->loadMore();
+  settle();
+  EXPECT_FALSE(model_->isLoadingMore());
+  EXPECT_EQ(model_->errorMessage(), std::nullopt);
+
+  search("invoice");
+  EXPECT_EQ(model_->errorMessage(), std::string("搜索失败：") + source_.failure->what());
+  EXPECT_EQ(model_->results().size(), 200U);
+  EXPECT_FALSE(model_->isSearching());
+  EXPECT_THAT(model_->recentSearches(), ElementsAre("report"));
+
+  source_.failure.reset();
+  search("invoice");
+  EXPECT_EQ(model_->errorMessage(), std::nullopt);
+  EXPECT_TRUE(model_->hasMore());
+
+  source_.isHeld = true;  // a failure of what was given up is nobody's business
+  search("old");
+  model_->setQueryText("");
+  source_.failure = DatabaseError::stepFailed(/*code=*/10);
+  release();
+  EXPECT_EQ(model_->errorMessage(), std::nullopt);
+}
+
+TEST_F(SearchViewModelTest, RemovingRowsLeavesTheRestAndItsOrder) {
+  source_.matches = 5000;
+  search("report");
+  model_->setSelectedIDs({7, 3, 1});
+  EXPECT_EQ(model_->selectedResults().front(), test::FakeSearchSource::row(1));
+  model_->removeResults({0, 3, 199});
+  EXPECT_EQ(model_->results().size(), 197U);
+  const auto left = ids();
+  EXPECT_THAT(Ids(left.begin(), left.begin() + 4), ElementsAre(1, 2, 4, 5));
+  EXPECT_EQ(model_->resultCount(), 197);
+  EXPECT_EQ(model_->totalCount(), 5000);
+  EXPECT_TRUE(model_->hasMore());
+  EXPECT_THAT(model_->selectedIDs(), ElementsAre(1, 7));
+  model_->loadMore();
+  settle();
+  EXPECT_EQ(source_.searches.back().offset, 200);
+}
+
+TEST_F(SearchViewModelTest, SignalsWhatChangedOnceAllOfItHas) {
+  std::map<std::string, int> seen;
+  const auto count = [&](const std::string& name) { return [&seen, name] { ++seen[name]; }; };
+  auto* model = model_.get();
+  QObject::connect(model, &SearchViewModel::isSearchingChanged, count("searching"));
+  QObject::connect(model, &SearchViewModel::totalCountChanged, count("total"));
+  QObject::connect(model, &SearchViewModel::hasMoreChanged, count("more"));
+  QObject::connect(model, &SearchViewModel::errorMessageChanged, count("error"));
+  QObject::connect(model, &SearchViewModel::queryTextChanged, count("text"));
+  QObject::connect(model, &SearchViewModel::recentSearchesChanged, count("recent"));
+  std::vector<SearchViewModel::ResultsChange> changes;
+  QObject::connect(model, &SearchViewModel::resultsChanged, [&](auto change) {
+    changes.push_back(change);
+    EXPECT_FALSE(model->isSearching());
+    if (change == SearchViewModel::ResultsChange::replaced) {
+      EXPECT_TRUE(model->hasMore());
+      model->loadMore();
+    }
+  });
+  source_.matches = 300;
+  search("report");
+  using enum SearchViewModel::ResultsChange;
+  EXPECT_THAT(changes, ElementsAre(replaced, appended));
+  const std::map<std::string, int> expected{
+      {"searching", 2}, {"total", 1}, {"more", 2}, {"text", 1}, {"recent", 1}};
+  EXPECT_EQ(seen, expected);
+}
+
+TEST_F(SearchViewModelTest, WhatIsUnderWayEndsQuietlyWithoutTheViewModel) {
+  source_.matches = 450;
+  search("report");
+  source_.isHeld = true;
+  model_->loadMore();
+  search("invoice");
+  model_->setQueryText("other");
+  settle();
+  model_.reset();
+  while (source_.waiting() > 0) release();
+  pass(SearchViewModel::kDebounce);
+  EXPECT_EQ(source_.searches.size(), 3U);
+}
+
+TEST_F(SearchViewModelTest, StoppingWaitsForWhatIsUnderWay) {
+  source_.isHeld = true;
+  search("report");
+  bool stopped = false;
+  model_->stop([&] { stopped = true; });
+  settle();
+  EXPECT_FALSE(stopped);
+  source_.release();
+  main_.runUntil([&] { return stopped; });
+  EXPECT_THAT(source_.counts, IsEmpty());
+}
+
+/// The settings are on a disk, and a long list takes long to free: neither is for the main thread.
+TEST_F(SearchViewModelTest, LeavesSlowWorkToTheBackground) {
+  class ThreadNotingStore final : public platform::DefaultsStore {
+   public:
+    [[nodiscard]] std::optional<Value> value(std::string_view /*key*/) const override { return {}; }
+    void set(std::string_view /*key*/, Value /*value*/) override {
+      writer = std::this_thread::get_id();
+    }
+    void remove(std::string_view /*key*/) override {}
+    std::thread::id writer;
+  } store;
+  model_ = std::make_unique<SearchViewModel>(
+      SearchServices{source_, clock_, store, main_.executor(), background_.executor()});
+  search("report");
+  stop();
+  EXPECT_NE(store.writer, std::thread::id());
+  EXPECT_NE(store.writer, std::this_thread::get_id());
+  model_.reset();
+}
+
+}  // namespace
+}  // namespace zelnor

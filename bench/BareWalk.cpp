@@ -20,18 +20,21 @@ Directory openDirectory(int parent, const char* name) {
   return Directory(descriptor < 0 ? nullptr : fdopendir(descriptor));
 }
 
+bool isSelfOrParent(std::string_view name) { return name == "." || name == ".."; }
+
 // Recursion is as deep as the tree, and the tree is our own: no need to be careful here, only to be
+// fast.
 void walk(const Directory& directory, WalkTotals& totals) {
   if (!directory) return;
   const int descriptor = dirfd(directory.get());
   while (const auto* entry = readdir(directory.get())) {
-    const std::string_view name = static_cast<const char*>(entry->d_name);
-    if (name == "." || name == "..") continue;
+    const auto* const name = static_cast<const char*>(entry->d_name);
+    if (isSelfOrParent(name)) continue;
     struct stat attributes{};
-    if (fstatat(descriptor, name.data(), &attributes, AT_SYMLINK_NOFOLLOW) != 0) continue;
+    if (fstatat(descriptor, name, &attributes, AT_SYMLINK_NOFOLLOW) != 0) continue;
     ++totals.entries;
     if (S_ISREG(attributes.st_mode)) totals.bytes += attributes.st_size;
-    if (S_ISDIR(attributes.st_mode)) walk(openDirectory(descriptor, name.data()), totals);
+    if (S_ISDIR(attributes.st_mode)) walk(openDirectory(descriptor, name), totals);
   }
 }
 

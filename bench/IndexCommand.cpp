@@ -140,6 +140,7 @@ void run(const Options& options) {
 
   bareWalk(options.tree);  // What the first walk reads from the disk the later ones find in memory.
   std::vector<Measurements> runs;
+  runs.reserve(static_cast<std::size_t>(options.repeat));
   for (int i = 0; i < options.repeat; ++i) runs.push_back(IndexRun(options, data).measureAll());
   auto result = summary(runs);
   setRatios(result);

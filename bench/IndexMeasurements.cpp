@@ -121,7 +121,9 @@ std::vector<IndexMeasurement> measureRebuild(const std::string& tree, const std:
   FileIndexActor actor({.dataFolder = data,
                         .background = pool.executor(),
                         .main = loop.executor(),
-                        .defaults = defaults});
+                        .defaults = defaults,
+                        .changes = std::nullopt,
+                        .log = [](const std::string&) {}});
 
   const Stopwatch watch;
   loop.await(actor.rebuildIndex(everythingBelow(tree)));

@@ -34,7 +34,7 @@ struct QueryMeasurement {
   std::optional<Comparison> count;  ///< nothing for a regular expression: its list is complete
 };
 
-void to_json(nlohmann::ordered_json& json, const QueryMeasurement& measurement);
+void to_json(nlohmann::ordered_json& result, const QueryMeasurement& measurement);
 
 /// Measures searches the way they are asked for: awaited on a main thread, answered on a pool.
 class QueryRunner {

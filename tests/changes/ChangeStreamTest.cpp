@@ -203,13 +203,13 @@ TEST_P(LiveStream, DeliversNothingOnceStopped) {
     return seen.size();
   }();
   root.file("root/late");
-  std::mutex done;
   bool isDone = false;
   queue.post([&] {
-    const std::scoped_lock lock(done);
+    const std::scoped_lock lock(mutex);
     isDone = true;
+    changed.notify_all();
   });
-  queue.waitForRunning();
+  ASSERT_TRUE(waitFor([&] { return isDone; }));
   const std::scoped_lock lock(mutex);
   EXPECT_EQ(seen.size(), before);
 }

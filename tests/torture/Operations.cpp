@@ -58,7 +58,6 @@ void Operations::runOne() {
       &Operations::exchange,      &Operations::exchange,   &Operations::replaceByFolder,
       &Operations::replaceByFile, &Operations::linkHard,   &Operations::linkSymbolically,
       &Operations::createTree,    &Operations::createTree, &Operations::burst};
-  ++counter_;
   const auto next = kOperations.at(static_cast<std::size_t>(pick(kOperations.size())));
   (this->*next)();
 }
@@ -122,7 +121,10 @@ void Operations::linkSymbolically() {
 
 void Operations::linkHard() {
   const auto from = path();
-  ::link(from.c_str(), path().c_str());
+  const auto to = path();
+  if (::link(from.c_str(), to.c_str()) != 0) return;
+  struct stat status{};
+  if (::lstat(to.c_str(), &status) == 0) linked_.insert(status.st_ino);
 }
 
 void Operations::createTree() {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,8 @@ class Operations {
   void runOne();
   /// Enough changes to fill the kernel's queue.
   void overflow();
+  /// The inode numbers of all files that ever had several names.
+  [[nodiscard]] const std::set<std::uint64_t>& linked() const { return linked_; }
   /// One of 0 … n-1.
   int pick(int n);
 
@@ -43,7 +46,7 @@ class Operations {
   std::mt19937_64 random_;
   std::vector<std::string> roots_;
   std::string outside_;
-  int counter_ = 0;
+  std::set<std::uint64_t> linked_;
 };
 
 /// Makes everything below `folder` readable and removes it.

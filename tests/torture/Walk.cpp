@@ -67,7 +67,11 @@ bool isBelowAny(const std::string& path, const auto& folders) {
 std::string describe(const char* what, const FileRecord& row) {
   std::ostringstream text;
   text << "  " << what << ' ' << row.path << " size " << row.size << " mtime " << row.mtime
-       << " kind " << static_cast<int>(row.kind) << " inode " << row.inode << '\n';
+       << " kind " << static_cast<int>(row.kind) << " inode " << row.inode;
+  if (struct stat status{}; ::lstat(row.path.c_str(), &status) == 0) {
+    text << " links " << status.st_nlink;
+  }
+  text << '\n';
   return text.str();
 }
 

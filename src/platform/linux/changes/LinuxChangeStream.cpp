@@ -19,8 +19,8 @@ using std::chrono::steady_clock;
 constexpr milliseconds kNap{10};
 /// How often a root that is missing is looked for.
 constexpr milliseconds kAwayInterval{2000};
-/// Sweeping takes at most this share of the time.
-constexpr int kSweepShare = 50;
+/// A pause between sweeps lasts at least so many times as long as a sweep.
+constexpr int kSweepShare = 10;
 
 std::uint32_t flagsOf(const FolderChange& change) {
   std::uint32_t flags = 0;
@@ -140,6 +140,9 @@ void LinuxChangeStream::takeNews() {
     delivery_->announce(root, kFSEventStreamEventFlagRootChanged);
     background_->request(root, SurveyDepth::tree);
   }
+  for (const auto& path : news.bared) {
+    delivery_->changed(path, kFSEventStreamEventFlagItemModified);
+  }
   for (const auto& path : news.toCompare) background_->request(path, SurveyDepth::tree);
   for (const auto& root : scope_.roots()) {
     if (becameReadable(root)) background_->request(root, SurveyDepth::tree);
@@ -244,8 +247,7 @@ void LinuxChangeStream::scheduleSweep() {
 void LinuxChangeStream::sweep() {
   const auto begin = steady_clock::now();
   const auto compare = [this](const std::string& folder) {
-    background_->survey(folder,
-                        becameReadable(folder) ? SurveyDepth::tree : SurveyDepth::children);
+    background_->survey(folder, becameReadable(folder) ? SurveyDepth::tree : SurveyDepth::children);
   };
   const auto isStopped = [this] { return stop_.stop_requested(); };
   if (begin - lastDeepSweep_ >= options_.deepSweepInterval) {

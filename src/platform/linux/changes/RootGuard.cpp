@@ -132,6 +132,7 @@ void RootGuard::lookBelow(const MountTable& mounts, News& news) {
 void RootGuard::leave(const std::string& point, News& news) {
   if (isBareMountPoint(point)) {
     unmounted_.insert(point);
+    news.bared.push_back(point);
   } else {
     news.toCompare.push_back(point);
   }

@@ -23,6 +23,7 @@ class RootGuard {
   /// What has changed about the places since the last look.
   struct News {
     std::vector<std::string> toCompare;  ///< roots and mount points to be compared with the index
+    std::vector<std::string> bared;      ///< mount points on which nothing is mounted any more
     std::vector<std::string> replaced;   ///< roots at whose path there is another folder now
   };
 

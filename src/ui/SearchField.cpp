@@ -56,8 +56,8 @@ SearchField::SearchField(QWidget* parent)
   font.setPixelSize(kFontSize);
   edit_->setFont(font);
   edit_->setFrame(false);
+  edit_->setStyleSheet(QStringLiteral("background: transparent"));
   edit_->setPlaceholderText(QStringLiteral(u"搜索文件、文件夹..."));
-  edit_->setAttribute(Qt::WA_MacShowFocusRect, false);
   edit_->installEventFilter(this);
   clearButton_->hide();
 

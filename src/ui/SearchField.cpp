@@ -36,7 +36,7 @@ class ClearButton final : public QAbstractButton {
     painter.setPen(Qt::NoPen);
     painter.setBrush(underMouse() ? palette::kSecondaryText : palette::kFaintText);
     painter.drawEllipse(rect());
-    paintCross(painter, QRectF(rect()).adjusted(5, 5, -5, -5), Qt::white);
+    paintCross(painter, QRectF(rect()).adjusted(4.5, 4.5, -4.5, -4.5), Qt::white);
   }
 };
 

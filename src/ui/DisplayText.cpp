@@ -38,7 +38,8 @@ QString visible(char16_t unit) {
 
 QString displayText(std::string_view bytes) {
   // Qt's plain conversion would swallow a byte order mark at the start.
-  QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+  QStringDecoder decode(QStringDecoder::Utf8,
+                        QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
   const QString text = decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
   const auto needsCare = [](QChar c) {
     return isAsciiControl(c.unicode()) || isInvisibleActor(c.unicode());

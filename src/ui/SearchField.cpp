@@ -36,7 +36,7 @@ class ClearButton final : public QAbstractButton {
     painter.setPen(Qt::NoPen);
     painter.setBrush(underMouse() ? palette::kSecondaryText : palette::kFaintText);
     painter.drawEllipse(rect());
-    paintCross(painter, QRectF(rect()).adjusted(5, 5, -5, -5), Qt::white);
+    paintCross(painter, QRectF(rect()).adjusted(4.5, 4.5, -4.5, -4.5), Qt::white);
   }
 };
 
@@ -56,8 +56,8 @@ SearchField::SearchField(QWidget* parent)
   font.setPixelSize(kFontSize);
   edit_->setFont(font);
   edit_->setFrame(false);
+  edit_->setStyleSheet(QStringLiteral("background: transparent"));
   edit_->setPlaceholderText(QStringLiteral(u"搜索文件、文件夹..."));
-  edit_->setAttribute(Qt::WA_MacShowFocusRect, false);
   edit_->installEventFilter(this);
   clearButton_->hide();
 

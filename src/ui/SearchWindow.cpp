@@ -18,6 +18,10 @@ namespace {
 constexpr QSize kSize(780, 560);
 constexpr QSize kSmallest(480, 320);
 
+std::optional<QString> unlessEmpty(const QString& text) {
+  return text.isEmpty() ? std::nullopt : std::optional(text);
+}
+
 QWidget* makeSeparator(QWidget* parent) {
   auto* line = new QWidget(parent);
   line->setFixedHeight(1);
@@ -158,12 +162,12 @@ void SearchWindow::setIndexing(bool isIndexing, std::int64_t processedFiles,
 }
 
 void SearchWindow::setNotice(const QString& notice) {
-  facts_.notice = notice;
+  facts_.notice = unlessEmpty(notice);
   showStatus();
 }
 
 void SearchWindow::setFailure(const QString& failure) {
-  failure_ = failure;
+  failure_ = unlessEmpty(failure);
   showStatus();
 }
 

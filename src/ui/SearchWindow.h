@@ -31,9 +31,10 @@ class SearchWindow final : public QWidget {
 
   /// What the indexer does, for the status line.
   void setIndexing(bool isIndexing, std::int64_t processedFiles, std::int64_t totalFiles);
-  /// Something to know about the index, as long as nothing more important goes on.
+  /// Something to know about the index, as long as nothing more important goes on; empty for
+  /// nothing.
   void setNotice(const QString& notice);
-  /// Something that keeps the program from working; stays.
+  /// Something that keeps the program from working; empty for nothing.
   void setFailure(const QString& failure);
 
  Q_SIGNALS:

@@ -74,9 +74,9 @@ StatusLine::StatusLine(QWidget* parent)
   }
   patience_.setSingleShot(true);
   patience_.setInterval(kPatience);
-  connect(&patience_, &QTimer::timeout, this, [this] { show(statusText(facts_)); });
+  connect(&patience_, &QTimer::timeout, this, [this] { showText(statusText(facts_)); });
   setSort(SortField::relevance, /*ascending=*/true);
-  show(statusText(facts_));
+  showText(statusText(facts_));
 }
 
 void StatusLine::setFacts(const StatusFacts& facts) {
@@ -85,7 +85,7 @@ void StatusLine::setFacts(const StatusFacts& facts) {
   sort_->setVisible(facts.resultCount >= 1);
   if (searchBegins) patience_.start();
   if (!facts.isSearching) patience_.stop();
-  if (!patience_.isActive()) show(statusText(facts));
+  if (!patience_.isActive()) showText(statusText(facts));
 }
 
 void StatusLine::setSort(SortField field, bool ascending) {
@@ -99,7 +99,7 @@ void StatusLine::setSort(SortField field, bool ascending) {
   }
 }
 
-void StatusLine::show(const StatusText& text) {
+void StatusLine::showText(const StatusText& text) {
   spinner_->setVisible(text.isBusy);
   QPalette colors = label_->palette();
   colors.setColor(QPalette::WindowText, colorOf(text.tone));

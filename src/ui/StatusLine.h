@@ -33,7 +33,7 @@ class StatusLine final : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void show(const StatusText& text);
+  void showText(const StatusText& text);
 
   Spinner* spinner_;
   QLabel* label_;

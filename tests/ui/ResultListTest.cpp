@@ -1,0 +1,89 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QScrollBar>
+#include <QTest>
+
+#include "tests/ui/SearchFixture.h"
+#include "ui/ResultListModel.h"
+#include "ui/ResultListView.h"
+#include "ui/ResultRowGeometry.h"
+
+namespace zelnor::ui {
+namespace {
+
+using testing::ElementsAre;
+
+class ResultListTest : public SearchFixture {};
+
+TEST_F(ResultListTest, FollowsTheViewModelByTheRulesOfItemModels) {
+  ResultListModel list(model_);
+  const QAbstractItemModelTester tester(&list,
+                                        QAbstractItemModelTester::FailureReportingMode::Fatal);
+  source_.matches = 450;
+  search("report");
+  EXPECT_EQ(list.rowCount(), 200);
+  model_.loadMore();
+  settle();
+  EXPECT_EQ(list.rowCount(), 400);
+  model_.removeResults({0, 7});
+  EXPECT_EQ(list.rowCount(), 398);
+  EXPECT_EQ(list.index(0).data().toString(), QStringLiteral("name1"));
+  EXPECT_EQ(list.index(0).data(ResultListModel::folderRole).toString(), QStringLiteral("/folder"));
+  model_.setQueryText("");
+  EXPECT_EQ(list.rowCount(), 0);
+}
+
+TEST_F(ResultListTest, LoadsAllPagesOfALongListAsItIsScrolled) {
+  source_.matches = 1000;
+  ResultListView view(model_);
+  view.resize(600, 400);
+  view.show();
+  search("report");
+  EXPECT_EQ(source_.searches.size(), 1U);  // the end is far away
+  while (model_.hasMore()) {
+    const auto loaded = model_.results().size();
+    view.scrollToBottom();
+    settle();
+    ASSERT_GT(model_.results().size(), loaded);
+  }
+  EXPECT_EQ(view.model()->rowCount(), 1000);
+}
+
+TEST_F(ResultListTest, SharesTheSelectionAndKeepsItThroughOtherResults) {
+  source_.matches = 300;
+  ResultListView view(model_);
+  view.show();
+  search("report");
+  view.enter();
+  QTest::keyClick(&view, Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_THAT(model_.selectedIDs(), ElementsAre(0, 1));
+
+  source_.matches = 1;
+  search("invoice");
+  EXPECT_THAT(model_.selectedIDs(), ElementsAre(0, 1));
+  EXPECT_EQ(view.selectionModel()->selectedRows().size(), 1);
+  source_.matches = 300;
+  search("report");
+  EXPECT_EQ(view.selectionModel()->selectedRows().size(), 2);
+  model_.removeResults({0});
+  EXPECT_EQ(view.selectionModel()->selectedRows().front().data().toString(),
+            QStringLiteral("name1"));
+}
+
+TEST(ResultRowGeometry, KeepsItsPartsApartAtAnyWidth) {
+  for (const int width : {900, 480, 200}) {
+    const QRect row(0, 96, width, ResultRowGeometry::kHeight);
+    const auto parts = ResultRowGeometry::of(row);
+    EXPECT_TRUE(row.contains(parts.date));
+    EXPECT_FALSE(parts.name.intersects(parts.folder));
+    for (const auto& text : {parts.name, parts.folder}) {
+      EXPECT_GT(text.left(), parts.icon.right());
+      EXPECT_TRUE(text.isEmpty() || text.right() < parts.size.left());
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zelnor::ui

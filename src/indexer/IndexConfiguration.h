@@ -10,7 +10,9 @@ namespace zelnor {
 
 /// What to index. Paths are absolute, in bytes.
 struct IndexConfiguration {
-  std::vector<std::string> includedPaths;  ///< roots to scan and to watch, in order
+  // GCC wants the braces where a designated initializer leaves the member out.
+  // NOLINTNEXTLINE(readability-redundant-member-init)
+  std::vector<std::string> includedPaths{};  ///< roots to scan and to watch, in order
   /// Prefixes of paths that are never indexed.
   std::vector<std::string> excludedPaths = {
       "/System", "/private/var", "/private/tmp",

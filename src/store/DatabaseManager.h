@@ -60,6 +60,9 @@ class DatabaseManager : public tasks::Actor {
   /// Searches are right before, and faster after.
   tasks::Async<bool> mergeStep();
 
+  /// Makes the statement that runs now, if any, fail with SQLITE_INTERRUPT. Any thread.
+  void interrupt();
+
  private:
   std::unique_ptr<IndexDatabase> database_;
 };

@@ -2,6 +2,7 @@
 
 #include <asio/co_spawn.hpp>
 #include <asio/detached.hpp>
+#include <asio/post.hpp>
 #include <system_error>
 #include <utility>
 
@@ -16,28 +17,31 @@ struct Task::State {
 
 namespace {
 
-/// Settles the completion even if the coroutine is destroyed while it waits.
-struct EndGuard {
-  explicit EndGuard(std::shared_ptr<Completion<bool>> completion) : ended(std::move(completion)) {}
-  EndGuard(const EndGuard&) = delete;
-  EndGuard& operator=(const EndGuard&) = delete;
-  ~EndGuard() {
-    if (!ended->isSet()) {
-      ended->fail(std::make_exception_ptr(
-          std::system_error(std::make_error_code(std::errc::operation_canceled))));
+/// Settles the completion however the work ends; also when it is destroyed before or while it runs.
+class Ending {
+ public:
+  explicit Ending(std::shared_ptr<Completion<bool>> completion) : completion_(std::move(completion)) {}
+  Ending(const Ending&) = delete;
+  Ending& operator=(const Ending&) = delete;
+  ~Ending() {
+    if (!completion_->isSet()) {
+      completion_->fail(
+          std::make_exception_ptr(std::system_error(std::make_error_code(std::errc::operation_canceled))));
     }
   }
-  std::shared_ptr<Completion<bool>> ended;
+  Completion<bool>& operator*() const { return *completion_; }
+
+ private:
+  std::shared_ptr<Completion<bool>> completion_;
 };
 
-Async<void> runToEnd(std::shared_ptr<Completion<bool>> ended, std::stop_token token,
+Async<void> runToEnd(std::shared_ptr<Ending> ending, std::stop_token token,
                      std::function<Async<void>(std::stop_token)> body) {
-  const EndGuard guard(std::move(ended));
   try {
     co_await body(std::move(token));
-    guard.ended->set(true);
+    (**ending).set(true);
   } catch (...) {
-    guard.ended->fail(std::current_exception());
+    (**ending).fail(std::current_exception());
   }
 }
 
@@ -46,9 +50,11 @@ Async<void> runToEnd(std::shared_ptr<Completion<bool>> ended, std::stop_token to
 Task Task::spawn(const Executor& executor, std::function<Async<void>(std::stop_token)> body) {
   Task task;
   task.state_ = std::make_shared<State>();
-  asio::co_spawn(executor,
-                 runToEnd(task.state_->ended, task.state_->stop.get_token(), std::move(body)),
-                 asio::detached);
+  // co_spawn alone would run the first step inside this call if the caller is on the same thread pool.
+  asio::post(executor, [executor, ending = std::make_shared<Ending>(task.state_->ended),
+                        token = task.state_->stop.get_token(), body = std::move(body)]() mutable {
+    asio::co_spawn(executor, runToEnd(std::move(ending), std::move(token), std::move(body)), asio::detached);
+  });
   return task;
 }
 

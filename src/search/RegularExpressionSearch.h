@@ -1,0 +1,27 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <vector>
+
+#include "search/RegularExpression.h"
+#include "store/FileRecord.h"
+
+namespace zelnor {
+
+/// How long one search by regular expression may take.
+struct MatchBudget {
+  using Clock = std::chrono::steady_clock;
+
+  Clock::duration limit = std::chrono::milliseconds(800);
+  std::function<Clock::time_point()> now = Clock::now;
+};
+
+/// The records in whose name the expression is found, in their order. When the budget is used up,
+/// the names not looked at yet do not match: those are the longest, on which an expression that
+/// backtracks without end spends the most.
+std::vector<FileRecord> matchingRecords(RegularExpression& expression,
+                                        std::vector<FileRecord> records,
+                                        const MatchBudget& budget = {});
+
+}  // namespace zelnor

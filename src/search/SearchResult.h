@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+
+#include "store/FileRecord.h"
+
+namespace zelnor {
+
+/// One row of a result list, known by the row of the index it came from.
+struct SearchResult {
+  FileRecord record;
+
+  [[nodiscard]] std::int64_t id() const { return record.id; }
+
+  friend bool operator==(const SearchResult&, const SearchResult&) = default;
+};
+
+}  // namespace zelnor
+
+template <>
+struct std::hash<zelnor::SearchResult> {
+  std::size_t operator()(const zelnor::SearchResult& result) const noexcept {
+    return std::hash<zelnor::FileRecord>{}(result.record);
+  }
+};

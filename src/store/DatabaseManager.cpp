@@ -1,0 +1,65 @@
+#include "store/DatabaseManager.h"
+
+#include <utility>
+
+#include "store/IndexDatabase.h"
+
+namespace zelnor {
+
+DatabaseManager::DatabaseManager(const std::string& folder, const tasks::Executor& executor, Access access)
+    : Actor(executor),
+      database_(std::make_unique<IndexDatabase>(access == Access::readWrite
+                                                    ? IndexDatabase::openForWriting(folder)
+                                                    : IndexDatabase::openForReading(folder))) {}
+
+DatabaseManager::~DatabaseManager() = default;
+
+const std::string& DatabaseManager::dbPath() const { return database_->path(); }
+
+tasks::Async<void> DatabaseManager::batchInsert(std::vector<FileRecord> records) {
+  co_await onActor([&] { database_->batchInsert(records); });
+}
+
+tasks::Async<void> DatabaseManager::deleteByPaths(std::vector<std::string> paths) {
+  co_await onActor([&] { database_->deleteByPaths(paths); });
+}
+
+tasks::Async<std::int64_t> DatabaseManager::totalFileCount() {
+  co_return co_await onActor([&] { return database_->totalFileCount(); });
+}
+
+tasks::Async<std::vector<FileRecord>> DatabaseManager::search(SelectStatement statement, std::int64_t limit) {
+  co_return co_await onActor([&] { return database_->search(statement, limit); });
+}
+
+tasks::Async<std::int64_t> DatabaseManager::searchCount(SelectStatement statement) {
+  co_return co_await onActor([&] { return database_->searchCount(statement); });
+}
+
+tasks::Async<void> DatabaseManager::rebuildFTS() {
+  co_await onActor([&] { database_->rebuildFTS(); });
+}
+
+tasks::Async<void> DatabaseManager::clearAll() {
+  co_await onActor([&] { database_->clearAll(); });
+}
+
+tasks::Async<std::vector<FileRecord>> DatabaseManager::lacking(std::vector<FileRecord> records) {
+  co_return co_await onActor([&] { return database_->lacking(std::move(records)); });
+}
+
+tasks::Async<void> DatabaseManager::beginBulkLoad() {
+  co_await onActor([&] { database_->beginBulkLoad(); });
+}
+
+tasks::Async<void> DatabaseManager::endBulkLoad() {
+  co_await onActor([&] { database_->endBulkLoad(); });
+}
+
+tasks::Async<bool> DatabaseManager::mergeStep() {
+  co_return co_await onActor([&] { return database_->mergeStep(); });
+}
+
+void DatabaseManager::interrupt() { database_->interrupt(); }
+
+}  // namespace zelnor

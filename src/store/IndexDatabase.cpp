@@ -1,0 +1,278 @@
+#include "store/IndexDatabase.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/FileDescriptor.h"
+#include "platform/UserFolders.h"
+#include "store/DatabaseError.h"
+#include "store/SchemaManager.h"
+
+namespace zelnor {
+
+namespace {
+
+constexpr int kBusyTimeoutMilliseconds = 5000;
+// Pages in the log at which a commit writes it back: SQLite's default, and a rarer one for bulk loads, which write
+// the same pages again and again.
+constexpr int kCheckpointPages = 1000;
+constexpr int kBulkCheckpointPages = 16000;
+constexpr std::int64_t kReservedRows = 200;
+
+/// SQLite gives its companion files the mode of the database, which it would create readable by everybody.
+void createPrivateFile(const std::string& path) {
+  const platform::FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  if (file) ::fchmod(file.get(), 0600);
+}
+
+ConnectionHandle connect(const std::string& path, int flags) {
+  sqlite3* connection = nullptr;
+  const int code = sqlite3_open_v2(path.c_str(), &connection, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
+  ConnectionHandle handle(connection);
+  if (code != SQLITE_OK || !handle) throw DatabaseError::openFailed(path, code);
+  sqlite3_busy_timeout(connection, kBusyTimeoutMilliseconds);
+  return handle;
+}
+
+FileRecord readRecord(const Statement& row) {
+  FileRecord record;
+  record.id = row.integer(0);
+  record.name = row.text(1);
+  record.path = row.text(2);
+  record.size = row.integer(3);
+  record.mtime = row.integer(4);
+  record.kind = fileKind(row.integer(5)).value_or(FileKind::file);
+  record.inode = row.integer(6);
+  return record;
+}
+
+/// While it lives SQLite sorts in files: to make an index of a large table in memory takes as much memory as the index.
+class SortingInFiles {
+ public:
+  explicit SortingInFiles(sqlite3* connection) : connection_(connection) {
+    SchemaManager::exec(connection_, "PRAGMA temp_store=FILE");
+  }
+  SortingInFiles(const SortingInFiles&) = delete;
+  SortingInFiles& operator=(const SortingInFiles&) = delete;
+  ~SortingInFiles() { sqlite3_exec(connection_, "PRAGMA temp_store=MEMORY", nullptr, nullptr, nullptr); }
+
+ private:
+  sqlite3* connection_;
+};
+
+}  // namespace
+
+struct IndexDatabase::Writer {
+  explicit Writer(sqlite3* connection)
+      : insertStmt(connection,
+                   "INSERT OR REPLACE INTO files(name, path, size, mtime, kind, inode)\n"
+                   "VALUES (?, ?, ?, ?, ?, ?)",
+                   /*persistent=*/true),
+        deleteByPathStmt(connection, "DELETE FROM files WHERE path = ?", /*persistent=*/true),
+        deleteByInodeStmt(connection, "DELETE FROM files WHERE inode = ?", /*persistent=*/true),
+        updateByInodeStmt(connection, "UPDATE files SET name=?, path=?, size=?, mtime=? WHERE inode=?",
+                          /*persistent=*/true),
+        insertNew(connection,
+                  "INSERT OR IGNORE INTO files(name, path, size, mtime, kind, inode) "
+                  "VALUES (?, ?, ?, ?, ?, ?)",
+                  /*persistent=*/true),
+        rowOfPath(connection, "SELECT id, name FROM files WHERE path = ?", /*persistent=*/true),
+        lastId(connection, "SELECT max(id) FROM files", /*persistent=*/true),
+        fullText(connection) {}
+
+  Statement insertStmt;
+  Statement deleteByPathStmt;
+  Statement deleteByInodeStmt;
+  Statement updateByInodeStmt;
+  Statement insertNew;
+  Statement rowOfPath;
+  Statement lastId;
+  FullTextIndex fullText;
+
+  std::int64_t largestId() {
+    lastId.reset();
+    const auto id = lastId.step() ? lastId.integer(0) : 0;
+    lastId.reset();
+    return id;
+  }
+
+  /// The row that holds this path, if there is one.
+  std::optional<FullTextIndex::Row> find(const std::string& path) {
+    rowOfPath.reset();
+    rowOfPath.bind(/*index=*/1, std::string_view(path));
+    std::optional<FullTextIndex::Row> row;
+    if (rowOfPath.step()) row = {rowOfPath.integer(0), std::string(rowOfPath.text(1)), path};
+    rowOfPath.reset();
+    return row;
+  }
+
+  static void bindRecord(Statement& statement, const FileRecord& record) {
+    statement.bind(/*index=*/1, std::string_view(record.name));
+    statement.bind(/*index=*/2, std::string_view(record.path));
+    statement.bind(/*index=*/3, record.size);
+    statement.bind(/*index=*/4, record.mtime);
+    statement.bind(/*index=*/5, static_cast<std::int64_t>(record.kind));
+    statement.bind(/*index=*/6, record.inode);
+  }
+};
+
+IndexDatabase::IndexDatabase(std::string path, ConnectionHandle connection)
+    : path_(std::move(path)), connection_(std::move(connection)) {}
+IndexDatabase::IndexDatabase(IndexDatabase&&) noexcept = default;
+IndexDatabase& IndexDatabase::operator=(IndexDatabase&&) noexcept = default;
+IndexDatabase::~IndexDatabase() = default;
+
+IndexDatabase IndexDatabase::openForWriting(const std::string& folder) {
+  platform::createPrivateFolder(folder);
+  auto path = folder + "/index.sqlite";
+  createPrivateFile(path);
+  IndexDatabase database(path, connect(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE));
+  auto* const connection = database.connection_.get();
+  SchemaManager::enableWAL(connection);
+  // Debian's SQLite overwrites what is deleted; names that were in the index are no secret to the owner of the files.
+  SchemaManager::exec(connection, "PRAGMA secure_delete=OFF");
+  SchemaManager::exec(connection, "PRAGMA journal_size_limit=" + std::to_string(kCheckpointPages * 4096));
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+
+  // In one transaction, statements included, so that a database of another program is refused untouched.
+  WriteTransaction setUp(connection);
+  SchemaManager::createTables(connection);
+  SchemaManager::createIndexes(connection);
+  database.writer_ = std::make_unique<Writer>(connection);
+  database.writer_->fullText.resumeMerging();
+  setUp.commit();
+  return database;
+}
+
+IndexDatabase IndexDatabase::openForReading(const std::string& folder) {
+  auto path = folder + "/index.sqlite";
+  IndexDatabase database(path, connect(path, SQLITE_OPEN_READONLY));
+  SchemaManager::tuneReader(database.connection_.get());
+  return database;
+}
+
+void IndexDatabase::batchInsert(std::span<const FileRecord> records) {
+  if (!writer_ || records.empty()) return;
+  WriteTransaction transaction(connection_.get());
+  const auto lastOldId = writer_->largestId();
+  std::vector<FullTextIndex::Row> replaced;
+  for (const auto& record : records) {
+    Writer::bindRecord(writer_->insertNew, record);
+    writer_->insertNew.run();
+    if (sqlite3_changes64(connection_.get()) != 0) continue;
+    auto old = writer_->find(record.path);
+    // A row of this very batch is not in the full-text table yet.
+    if (old && old->id <= lastOldId) replaced.push_back(std::move(*old));
+    Writer::bindRecord(writer_->insertStmt, record);
+    writer_->insertStmt.run();
+  }
+  writer_->fullText.remove(std::move(replaced));
+  writer_->fullText.addRowsAfter(lastOldId);
+  transaction.commit();
+}
+
+void IndexDatabase::deleteByPaths(std::span<const std::string> paths) {
+  if (!writer_ || paths.empty()) return;
+  WriteTransaction transaction(connection_.get());
+  std::vector<FullTextIndex::Row> rows;
+  for (const auto& path : paths) {
+    auto row = writer_->find(path);
+    if (!row) continue;
+    writer_->deleteByPathStmt.bind(/*index=*/1, std::string_view(path));
+    writer_->deleteByPathStmt.run();
+    rows.push_back(std::move(*row));
+  }
+  writer_->fullText.remove(std::move(rows));
+  transaction.commit();
+}
+
+std::int64_t IndexDatabase::totalFileCount() {
+  Statement count(connection_.get(), "SELECT COUNT(*) FROM files");
+  return count.step() ? count.integer(0) : 0;
+}
+
+std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std::int64_t limit) {
+  Statement statement(connection_.get(), select.sql);
+  statement.bindAll(select.bindings);
+  std::vector<FileRecord> records;
+  records.reserve(static_cast<std::size_t>(std::clamp<std::int64_t>(limit, 0, kReservedRows)));
+  try {
+    while (statement.step()) {
+      if (statement.text(1).data() == nullptr || statement.text(2).data() == nullptr) continue;
+      records.push_back(readRecord(statement));
+    }
+  } catch (const DatabaseError&) {
+    // A page that ends early is still a page: the user sees what was found.
+  }
+  return records;
+}
+
+std::int64_t IndexDatabase::searchCount(const SelectStatement& select) {
+  Statement statement(connection_.get(), select.sql);
+  statement.bindAll(select.bindings);
+  try {
+    return statement.step() ? statement.integer(0) : 0;
+  } catch (const DatabaseError&) {
+    return 0;
+  }
+}
+
+void IndexDatabase::rebuildFTS() {
+  if (writer_) writer_->fullText.rebuild();
+}
+
+void IndexDatabase::clearAll() {
+  if (!writer_) return;
+  // Without triggers SQLite empties a table page by page, not row by row. One transaction: a process that dies
+  // in between must not leave terms of rows that are gone.
+  WriteTransaction transaction(connection_.get());
+  SchemaManager::exec(connection_.get(), "DELETE FROM files");
+  writer_->fullText.clear();
+  transaction.commit();
+}
+
+std::vector<FileRecord> IndexDatabase::lacking(std::vector<FileRecord> records) {
+  Statement known(connection_.get(), "SELECT 1 FROM files WHERE path = ?");
+  std::erase_if(records, [&](const FileRecord& record) {
+    known.reset();
+    known.bind(/*index=*/1, std::string_view(record.path));
+    return known.step();
+  });
+  return records;
+}
+
+void IndexDatabase::beginBulkLoad() {
+  if (!writer_) return;
+  sqlite3_wal_autocheckpoint(connection_.get(), kBulkCheckpointPages);
+  WriteTransaction transaction(connection_.get());
+  SchemaManager::dropIndexes(connection_.get());
+  writer_->fullText.deferMerging();
+  transaction.commit();
+}
+
+void IndexDatabase::endBulkLoad() {
+  if (!writer_) return;
+  sqlite3_wal_autocheckpoint(connection_.get(), kCheckpointPages);
+  {
+    const SortingInFiles sortingInFiles(connection_.get());
+    SchemaManager::createIndexes(connection_.get());
+  }
+  writer_->fullText.resumeMerging();
+  checkpoint();
+}
+
+bool IndexDatabase::mergeStep() {
+  if (!writer_) return false;
+  const bool more = writer_->fullText.mergeStep();
+  if (!more) checkpoint();
+  return more;
+}
+
+void IndexDatabase::checkpoint() {
+  sqlite3_wal_checkpoint_v2(connection_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+}
+
+}  // namespace zelnor

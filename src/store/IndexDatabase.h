@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "store/FileRecord.h"
+#include "store/FullTextIndex.h"
+#include "store/SelectStatement.h"
+#include "store/Sqlite.h"
+
+namespace zelnor {
+
+/// One connection to the index, used by one thread at a time; every operation blocks and throws DatabaseError.
+///
+/// The triggers of the schema keep the full-text table in step row by row, for whoever else writes to the file. This
+/// connection suspends them and feeds the full-text table itself, once per batch and in the order of row ids, in the same
+/// transaction: a statement that fires a trigger can abort halfway, so FTS5 flushes its pending terms before each one,
+/// which makes the row-by-row way several times slower.
+class IndexDatabase {
+ public:
+  /// Creates folder and file if missing and sets up the schema, or leaves a foreign database as it was.
+  static IndexDatabase openForWriting(const std::string& folder);
+  /// Writes nothing; the file must exist.
+  static IndexDatabase openForReading(const std::string& folder);
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+  void batchInsert(std::span<const FileRecord> records);
+  void deleteByPaths(std::span<const std::string> paths);
+  std::int64_t totalFileCount();
+  std::vector<FileRecord> search(const SelectStatement& select, std::int64_t limit);
+  std::int64_t searchCount(const SelectStatement& select);
+  void rebuildFTS();
+  void clearAll();
+  std::vector<FileRecord> lacking(std::vector<FileRecord> records);
+
+  void beginBulkLoad();
+  void endBulkLoad();
+  bool mergeStep();
+
+  /// Makes the statement that runs now fail; the only operation for another thread.
+  void interrupt() { sqlite3_interrupt(connection_.get()); }
+
+ private:
+  struct Writer;
+  IndexDatabase(std::string path, ConnectionHandle connection);
+
+  /// Writes the log back and shortens its file; waits for readers no longer than the busy time-out, and does not fail
+  /// if they stay.
+  void checkpoint();
+
+  std::string path_;
+  ConnectionHandle connection_;
+  /// Statements that live as long as the connection; none in a connection that reads.
+  std::unique_ptr<Writer> writer_;
+
+ public:
+  IndexDatabase(IndexDatabase&&) noexcept;
+  IndexDatabase& operator=(IndexDatabase&&) noexcept;
+  ~IndexDatabase();
+};
+
+}  // namespace zelnor

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace zelnor::test {
+
+/// A second look at an index, past the code under test: plain SQL on a connection of its own.
+class RawDatabase {
+ public:
+  explicit RawDatabase(const std::string& path) {
+    if (sqlite3_open(path.c_str(), &connection_) != SQLITE_OK) throw std::runtime_error("cannot open " + path);
+  }
+  RawDatabase(const RawDatabase&) = delete;
+  RawDatabase& operator=(const RawDatabase&) = delete;
+  ~RawDatabase() { sqlite3_close_v2(connection_); }
+
+  void exec(const std::string& sql) const {
+    if (sqlite3_exec(connection_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+      throw std::runtime_error(sql + ": " + sqlite3_errmsg(connection_));
+    }
+  }
+  [[nodiscard]] std::string text(const std::string& sql) const {
+    sqlite3_stmt* statement = nullptr;
+    sqlite3_prepare_v2(connection_, sql.c_str(), -1, &statement, nullptr);
+    std::string result = "(no row)";
+    if (sqlite3_step(statement) == SQLITE_ROW && sqlite3_column_text(statement, 0) != nullptr) {
+      result = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
+    }
+    sqlite3_finalize(statement);
+    return result;
+  }
+  [[nodiscard]] std::int64_t integer(const std::string& sql) const { return std::stoll(text(sql)); }
+  /// How many rows the full-text table finds for a phrase.
+  [[nodiscard]] std::int64_t matches(const std::string& phrase) const {
+    return integer("SELECT count(*) FROM files_fts WHERE files_fts MATCH '\"" + phrase + "\"'");
+  }
+  /// SQLite's check of the file, and FTS5's of the full-text table against table `files`.
+  [[nodiscard]] bool isSound() const {
+    if (text("PRAGMA integrity_check") != "ok") return false;
+    return sqlite3_exec(connection_, "INSERT INTO files_fts(files_fts, rank) VALUES('integrity-check', 1)", nullptr,
+                        nullptr, nullptr) == SQLITE_OK;
+  }
+
+ private:
+  sqlite3* connection_ = nullptr;
+};
+
+}  // namespace zelnor::test

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <unistd.h>
+
+namespace zelnor::test {
+
+/// While this lives, a test that runs as root is an ordinary user, for whom permissions count.
+class Unprivileged {
+ public:
+  Unprivileged() {
+    if (isRoot_ && seteuid(kNobody) != 0) _exit(1);
+  }
+  Unprivileged(const Unprivileged&) = delete;
+  Unprivileged& operator=(const Unprivileged&) = delete;
+  ~Unprivileged() {
+    if (isRoot_ && seteuid(0) != 0) _exit(1);
+  }
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  const bool isRoot_ = geteuid() == 0;
+};
+
+}  // namespace zelnor::test

@@ -35,6 +35,10 @@ class SerialQueue {
   void post(Work work) { postAt(std::chrono::steady_clock::now(), std::move(work)); }
   void postAt(TimePoint due, Work work);
 
+  /// Waits for the item that runs now, if any; drops what waits and what is posted from then on.
+  /// Not to be called by an item.
+  void stop();
+
   /// Returns when the item that runs now, if any, has ended. At once on the queue's own thread.
   void waitForRunning();
 

@@ -63,7 +63,8 @@ class FakeStream final : public ChangeStream {
   FakeStream(Callback callback, bool starts) : callback_(std::move(callback)), starts_(starts) {}
   void setQueue(SerialQueue* queue) override { queue_ = queue; }
   bool start() override {
-    if (starts_) queue_->post([this] { callback_(std::vector<ChangeEvent>{{"/a", kCreated, 5}}); });
+    if (starts_)
+      queue_->post([report = callback_] { report(std::vector<ChangeEvent>{{"/a", kCreated, 5}}); });
     return starts_;
   }
   void stop() override {

@@ -21,17 +21,20 @@ SerialQueue::SerialQueue(std::string label, Priority priority) {
   });
 }
 
-SerialQueue::~SerialQueue() {
+SerialQueue::~SerialQueue() { stop(); }
+
+void SerialQueue::stop() {
   {
     const std::scoped_lock lock(mutex_);
     isStopping_ = true;
   }
   changed_.notify_all();
-  thread_.join();
+  if (thread_.joinable()) thread_.join();
 }
 
 void SerialQueue::postAt(TimePoint due, Work work) {
   const std::scoped_lock lock(mutex_);
+  if (isStopping_) return;
   waiting_.emplace(due, std::move(work));
   changed_.notify_all();
 }

@@ -6,15 +6,13 @@
 namespace zelnor::platform {
 
 Surveyor::Surveyor(Parts parts, std::string label, SerialQueue::Priority priority)
-    : parts_(std::move(parts)), queue_(std::make_unique<SerialQueue>(std::move(label), priority)) {}
+    : parts_(std::move(parts)), queue_(std::move(label), priority) {}
 
 Surveyor::~Surveyor() { stop(); }
 
-void Surveyor::finish() { queue_.reset(); }
-
 void Surveyor::request(std::string path, SurveyDepth depth) {
   const std::scoped_lock lock(mutex_);
-  if (requests_.empty()) queue_->post([this] { work(); });
+  if (requests_.empty()) queue_.post([this] { work(); });
   requests_.add(std::move(path), depth);
 }
 

@@ -48,14 +48,14 @@ class Surveyor final : private ReconcileVisitor {
   /// Thread-safe, never waits.
   void request(std::string path, SurveyDepth depth);
   /// Runs `work` on the surveyor's thread. Thread-safe, never waits.
-  void post(SerialQueue::Work work) { queue_->post(std::move(work)); }
+  void post(SerialQueue::Work work) { queue_.post(std::move(work)); }
   void postAt(SerialQueue::TimePoint due, SerialQueue::Work work) {
-    queue_->postAt(due, std::move(work));
+    queue_.postAt(due, std::move(work));
   }
   /// Gives up what runs and what waits; does not wait for it to end.
   void stop() { stop_.request_stop(); }
   /// Waits for what runs to end, after `stop`; nothing runs from then on.
-  void finish();
+  void finish() { queue_.stop(); }
 
   /// Looks at a root for the first time: compares it if the index knows anything below it. On the
   /// surveyor's own thread.
@@ -78,7 +78,7 @@ class Surveyor final : private ReconcileVisitor {
   std::stop_source stop_;
   std::mutex mutex_;
   SurveyRequests requests_;
-  std::unique_ptr<SerialQueue> queue_;
+  SerialQueue queue_;
 };
 
 }  // namespace zelnor::platform

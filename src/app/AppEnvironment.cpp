@@ -9,7 +9,6 @@
 #include <asio/use_awaitable.hpp>
 
 #include <QEventLoop>
-#include <QTimer>
 
 #include "platform/Priority.h"
 #include "search/SearchServices.h"
@@ -122,17 +121,13 @@ void AppEnvironment::report(const std::exception& error) {
   Q_EMIT failed(format.arg(QString::fromUtf8(error.what())));
 }
 
-bool AppEnvironment::shutDown(std::chrono::milliseconds patience) {
-  bool hasEnded = false;
-  QEventLoop loop;
+void AppEnvironment::shutDown() {
+  QEventLoop untilEnded;
   tasks::Task::spawn(main_.executor(), [&, this](std::stop_token) -> tasks::Async<void> {
     co_await endEverything();
-    hasEnded = true;
-    loop.quit();
+    untilEnded.quit();
   });
-  QTimer::singleShot(patience, &loop, &QEventLoop::quit);
-  loop.exec();
-  return hasEnded;
+  untilEnded.exec();
 }
 
 tasks::Async<void> AppEnvironment::endEverything() {

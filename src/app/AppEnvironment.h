@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 
@@ -37,10 +36,9 @@ class AppEnvironment final : public QObject {
   /// Opens the index and, if it is empty or other roots were asked for, fills it.
   void start();
 
-  /// Ends whatever runs and closes the index; events are handled meanwhile. Answers whether all of
-  /// it ended within `patience`. If not, the environment must not be destroyed, but the process may
-  /// be ended at once: whatever is cut off in the index, its next opening puts right.
-  [[nodiscard]] bool shutDown(std::chrono::milliseconds patience);
+  /// Ends whatever runs and closes the index; events are handled meanwhile. It may be cut short by
+  /// ending the process: what that breaks off in the index, its next opening puts right.
+  void shutDown();
 
  Q_SIGNALS:
   void indexStatusChanged(const zelnor::IndexStatus& status);

@@ -18,7 +18,8 @@ namespace zelnor::app {
 namespace {
 
 constexpr int kNoDisplay = 2;
-constexpr std::chrono::milliseconds kShutDownPatience{900};
+/// Longer would look like a program that hangs.
+constexpr std::chrono::milliseconds kEndingPatience{900};
 
 bool isSet(const char* variable) {
   const char* value = std::getenv(variable);
@@ -52,8 +53,8 @@ int runWindow(Options options) {
 
   const int status = QApplication::exec();
   window.hide();
-  // Waiting longer would look like a program that hangs.
-  if (!environment.shutDown(kShutDownPatience)) std::_Exit(status);
+  limitEnding(kEndingPatience);
+  environment.shutDown();
   return status;
 }
 

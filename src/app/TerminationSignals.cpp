@@ -2,11 +2,13 @@
 
 #include <signal.h>
 #include <sys/eventfd.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <cstdlib>
 
 namespace zelnor::app {
 
@@ -22,10 +24,14 @@ void onSignal(int /*number*/) {
   [[maybe_unused]] const auto written = ::write(wakeUp.load(), &one, sizeof one);
 }
 
-void handleWith(void (*handler)(int)) {
+void handle(int number, void (*handler)(int)) {
   struct sigaction action{};
   action.sa_handler = handler;
-  for (const int number : kSignals) ::sigaction(number, &action, nullptr);
+  ::sigaction(number, &action, nullptr);
+}
+
+void handleAll(void (*handler)(int)) {
+  for (const int number : kSignals) handle(number, handler);
 }
 
 }  // namespace
@@ -38,9 +44,18 @@ TerminationSignals::TerminationSignals()
     Q_EMIT received();
   });
   wakeUp = event_.get();
-  handleWith(onSignal);
+  handleAll(onSignal);
 }
 
-TerminationSignals::~TerminationSignals() { handleWith(SIG_DFL); }
+TerminationSignals::~TerminationSignals() { handleAll(SIG_DFL); }
+
+void limitEnding(std::chrono::milliseconds patience) {
+  handle(SIGALRM, [](int /*number*/) { ::_exit(EXIT_SUCCESS); });
+  const auto microseconds = std::chrono::microseconds(patience).count();
+  constexpr auto kPerSecond = std::chrono::microseconds(std::chrono::seconds(1)).count();
+  const itimerval timer{.it_interval = {},
+                        .it_value = {microseconds / kPerSecond, microseconds % kPerSecond}};
+  ::setitimer(ITIMER_REAL, &timer, nullptr);
+}
 
 }  // namespace zelnor::app

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 #include <QObject>
 #include <QSocketNotifier>
 
@@ -23,5 +25,8 @@ class TerminationSignals final : public QObject {
   platform::FileDescriptor event_;
   QSocketNotifier notifier_;
 };
+
+/// From now on the process ends successfully after `patience` at the latest, whatever still runs.
+void limitEnding(std::chrono::milliseconds patience);
 
 }  // namespace zelnor::app

@@ -112,11 +112,14 @@ std::string table(const Measurements& measurements) {
   Table table(
       {"", "seconds", "rows", "rows/s", "ratio", "anon MB", "db MB", "log MB", "peak log MB"});
   for (const auto& one : measurements) {
+    const auto ofIndex = [&](std::int64_t bytes) {
+      return one.databaseBytes > 0 ? megabytes(bytes) : "-";
+    };
     table.add({one.name, fixed(one.seconds, /*digits=*/2), std::to_string(one.rows),
                fixed(static_cast<double>(one.rows) / one.seconds, /*digits=*/0),
                one.ratio > 0 ? fixed(one.ratio, /*digits=*/2) : "-",
-               megabytes(one.peakAnonymousBytes), megabytes(one.databaseBytes),
-               megabytes(one.logBytes), megabytes(one.peakLogBytes)});
+               megabytes(one.peakAnonymousBytes), ofIndex(one.databaseBytes), ofIndex(one.logBytes),
+               ofIndex(one.peakLogBytes)});
   }
   return table.text();
 }

@@ -69,7 +69,7 @@ std::int64_t visitEntries(const std::string& tree, const Visit& visit) {
   return entries;
 }
 
-tasks::Async<std::int64_t> consume(std::shared_ptr<FileSystemScanner::Stream> stream) {
+tasks::Async<std::int64_t> consume(const std::shared_ptr<FileSystemScanner::Stream>& stream) {
   std::int64_t rows = 0;
   while (const auto batch = co_await stream->next())
     rows += static_cast<std::int64_t>(batch->size());
@@ -127,9 +127,9 @@ std::vector<IndexMeasurement> measureRebuild(const std::string& tree, const std:
 
   const Stopwatch watch;
   loop.await(actor.rebuildIndex(everythingBelow(tree)));
-  auto searchable = measurement("rebuild: searchable", kPlainWriting, watch, 0);
+  auto searchable =
+      withSizes(measurement("rebuild: searchable", kPlainWriting, watch, /*rows=*/0), data);
   searchable.rows = loop.await(actor.sharedDatabase().totalFileCount());
-  searchable = withSizes(searchable, data);
   loop.await(actor.settled());
   const auto merged = measurement("rebuild: merged", kPlainWriting, watch, searchable.rows);
   const auto result = std::vector{searchable, withSizes(merged, data)};

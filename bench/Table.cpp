@@ -52,7 +52,7 @@ std::string fixed(double value, int digits) {
 
 std::string megabytes(std::int64_t bytes) {
   constexpr double kMegabyte = 1e6;
-  return bytes == 0 ? "-" : fixed(static_cast<double>(bytes) / kMegabyte, /*digits=*/1);
+  return fixed(static_cast<double>(bytes) / kMegabyte, /*digits=*/1);
 }
 
 }  // namespace zelnor::bench

@@ -22,7 +22,7 @@ class Table {
 
 /// `value` with this many digits after the point.
 std::string fixed(double value, int digits);
-/// In units of 1,000,000 bytes, to one digit; "-" for 0, where nothing was measured.
+/// In units of 1,000,000 bytes, to one digit.
 std::string megabytes(std::int64_t bytes);
 
 }  // namespace zelnor::bench

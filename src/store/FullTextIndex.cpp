@@ -14,8 +14,8 @@ constexpr int kCrisismerge = 16;
 // A flush makes a piece of about a megabyte of pending terms, and a search looks into every piece. Beyond this number
 // (some two million files) they are merged even during a bulk load.
 constexpr int kBulkCrisismerge = 1000;
-// Pages written per step: a few hundred milliseconds.
-constexpr int kMergeStepPages = 4000;
+// Pages written per step: short enough to stop soon, and to keep the log short.
+constexpr int kMergeStepPages = 1000;
 
 }  // namespace
 

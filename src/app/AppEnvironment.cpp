@@ -20,6 +20,11 @@ namespace {
 constexpr std::size_t kInteractiveThreads = 2;
 constexpr std::size_t kBackgroundThreads = 3;
 
+void printLine(const std::string& line) {
+  std::printf("%s\n", line.c_str());
+  std::fflush(stdout);
+}
+
 /// Runs `work`, which the caller keeps, on `executor`; answers what it returns. Pass a named
 /// function object: GCC 12 destroys a temporary twice that owns something and is an argument in a
 /// co_await expression.
@@ -62,8 +67,14 @@ tasks::Async<void> AppEnvironment::run(std::stop_token stop) {
 }
 
 tasks::Async<void> AppEnvironment::open() {
-  const FileIndexActor::Surroundings surroundings{options_.dataFolder, background_.executor(),
-                                                  main_.executor(), defaults_};
+  platform::ChangeStreamOptions changes;
+  changes.ownPaths = {options_.settingsFolder};
+  const FileIndexActor::Surroundings surroundings{.dataFolder = options_.dataFolder,
+                                                  .background = background_.executor(),
+                                                  .main = main_.executor(),
+                                                  .defaults = defaults_,
+                                                  .changes = changes,
+                                                  .log = printLine};
   const auto interactive = interactive_.executor();
   const auto openIndex = [surroundings, interactive] {
     return std::make_unique<IndexAccess>(surroundings, interactive);
@@ -92,11 +103,15 @@ tasks::Async<void> AppEnvironment::showCount() {
 
 tasks::Async<void> AppEnvironment::rebuildIfNeeded() {
   auto* indexer = index_->indexer();
-  if (indexer == nullptr || (entries_ > 0 && options_.roots.empty())) co_return;
+  if (indexer == nullptr) co_return;
   const auto load = [this] { return IndexConfiguration::load(defaults_, options_.homeFolder); };
   auto config = co_await runOn(interactive_.executor(), load);
-  if (!options_.roots.empty()) config.includedPaths = options_.roots;
-  co_await indexer->rebuildIndex(std::move(config));
+  if (options_.roots.empty()) {
+    co_await indexer->resume(std::move(config));
+  } else {
+    config.includedPaths = options_.roots;
+    co_await indexer->rebuildIndex(std::move(config));
+  }
 }
 
 void AppEnvironment::report(const std::exception& error) {

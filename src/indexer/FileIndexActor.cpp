@@ -7,12 +7,15 @@
 #include <vector>
 
 #include "indexer/BatchSpool.h"
+#include "indexer/DatabaseIndexView.h"
+#include "indexer/IncrementalUpdate.h"
 
 namespace zelnor {
 
 namespace {
 
-constexpr auto kLastEventIdKey = "FSEventsLastEventID";
+constexpr auto kLastEventIDKey = "FSEventsLastEventID";
+constexpr double kLatencySeconds = 0.5;
 
 /// Thrown inside a rebuild when it was asked to stop; never leaves it.
 struct RebuildCancelled : std::exception {};
@@ -42,17 +45,33 @@ tasks::Task drainInto(std::shared_ptr<BatchSpool> spool, std::shared_ptr<FileSys
 
 FileIndexActor::FileIndexActor(const Surroundings& surroundings)
     : Actor(surroundings.background),
-      dataFolder_(surroundings.dataFolder),
-      background_(surroundings.background),
-      main_(surroundings.main),
-      defaults_(surroundings.defaults),
-      database_(dataFolder_, background_) {}
+      surroundings_(surroundings),
+      database_(surroundings.dataFolder, surroundings.background) {}
 
 tasks::Async<void> FileIndexActor::rebuildIndex(IndexConfiguration config) {
+  co_await replaceRebuild(std::move(config), Start::empty);
+}
+
+tasks::Async<void> FileIndexActor::resume(IndexConfiguration config) {
+  co_await startMonitoring(config);
+  std::int64_t total = 0;
+  try {
+    total = co_await database_.totalFileCount();
+  } catch (const DatabaseError&) {
+    // An index that cannot be counted is made anew.
+  }
+  const bool isUnfinished = co_await database_.isBulkLoadUnfinished();
+  publish([total](IndexStatus& status) { status.totalFiles = total; });
+  if (total == 0 || isUnfinished) {
+    co_await replaceRebuild(std::move(config), total == 0 ? Start::empty : Start::keeping);
+  }
+}
+
+tasks::Async<void> FileIndexActor::replaceRebuild(IndexConfiguration config, Start start) {
   const auto task = co_await onActor([&] {
     indexTask_.cancel();
     mergeTask_.cancel();
-    indexTask_ = tasks::Task::spawn(strand(), [this, config = std::move(config), previous = indexTask_](
+    indexTask_ = tasks::Task::spawn(strand(), [this, config = std::move(config), start, previous = indexTask_](
                                                   std::stop_token stop) -> tasks::Async<void> {
       // The older one stops at its next batch; two must not fill the index at once.
       try {
@@ -60,7 +79,7 @@ tasks::Async<void> FileIndexActor::rebuildIndex(IndexConfiguration config) {
       } catch (...) {
         // Its own caller is told.
       }
-      co_await runRebuild(config, std::move(stop));
+      co_await runRebuild(config, start, std::move(stop));
     });
     return indexTask_;
   });
@@ -76,11 +95,11 @@ tasks::Async<void> FileIndexActor::rebuildIndex(IndexConfiguration config) {
   if (error) std::rethrow_exception(error);
 }
 
-tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, std::stop_token stop) {
+tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, Start start, std::stop_token stop) {
   publish([](IndexStatus& status) { status.state = IndexStatus::State::indexing(); });
   try {
-    defaults_.remove(kLastEventIdKey);
-    co_await fill(config, stop);
+    surroundings_.defaults.remove(kLastEventIDKey);
+    co_await fill(config, start, stop);
     const auto total = co_await database_.totalFileCount();
     publish([total, now = std::chrono::system_clock::now()](IndexStatus& status) {
       status.state = IndexStatus::State::idle();
@@ -102,12 +121,12 @@ tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, std::st
   mergeTask_ = tasks::Task::spawn(strand(), [this](std::stop_token s) { return mergeInSteps(std::move(s)); });
 }
 
-tasks::Async<void> FileIndexActor::fill(const IndexConfiguration& config, std::stop_token stop) {
+tasks::Async<void> FileIndexActor::fill(const IndexConfiguration& config, Start start, std::stop_token stop) {
   if (stop.stop_requested()) throw RebuildCancelled{};
-  co_await database_.clearAll();
+  if (start == Start::empty) co_await database_.clearAll();
   co_await database_.beginBulkLoad();
-  std::int64_t written = 0;
-  bool onlyLacking = false;
+  std::int64_t written = start == Start::empty ? 0 : co_await database_.totalFileCount();
+  bool onlyLacking = start == Start::keeping;
   while (!co_await fillOnce(config, onlyLacking, written, stop)) onlyLacking = true;
   co_await database_.endBulkLoad();
 }
@@ -115,10 +134,10 @@ tasks::Async<void> FileIndexActor::fill(const IndexConfiguration& config, std::s
 /// One pass of the scan; answers whether it lost nothing.
 tasks::Async<bool> FileIndexActor::fillOnce(const IndexConfiguration& config, bool onlyLacking,
                                             std::int64_t& written, std::stop_token stop) {
-  const auto scan = scanner_.scan(config.includedPaths, config, [](std::int64_t) {}, background_);
+  const auto scan = scanner_.scan(config.includedPaths, config, [](std::int64_t) {}, surroundings_.background);
   const std::stop_callback stopWalk(stop, [walk = scan.walk] { walk.cancel(); });
-  const auto spool = std::make_shared<BatchSpool>(dataFolder_);
-  const auto drain = drainInto(spool, scan.stream, background_);
+  const auto spool = std::make_shared<BatchSpool>(surroundings_.dataFolder);
+  const auto drain = drainInto(spool, scan.stream, surroundings_.background);
   while (auto batch = co_await spool->next()) {
     if (onlyLacking) batch = co_await database_.lacking(std::move(*batch));
     if (stop.stop_requested()) throw RebuildCancelled{};
@@ -143,10 +162,106 @@ tasks::Async<void> FileIndexActor::mergeInSteps(std::stop_token stop) {
 }
 
 tasks::Async<void> FileIndexActor::startMonitoring(IndexConfiguration config) {
-  co_await onActor([&] { currentConfig_ = std::move(config); });
+  co_await onActor([&] {
+    currentConfig_ = std::move(config);
+    fsMonitor_.reset();
+    if (!surroundings_.changes) return;
+    fsMonitor_ = createMonitor(*currentConfig_);
+    const auto last = surroundings_.defaults.get<std::uint64_t>(kLastEventIDKey).value_or(0);
+    fsMonitor_->start(currentConfig_->includedPaths, last != 0 ? last : platform::kFSEventStreamEventIdSinceNow);
+  });
 }
 
-tasks::Async<void> FileIndexActor::stopMonitoring() { co_return; }
+tasks::Async<void> FileIndexActor::stopMonitoring() {
+  co_await onActor([&] { fsMonitor_.reset(); });
+}
+
+std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfiguration& config) {
+  auto options = *surroundings_.changes;
+  options.scope = {.excludedPrefixes = config.excludedPaths,
+                   .skipsHidden = config.skipHiddenFiles,
+                   .skipsPackageContents = config.skipPackageContents,
+                   .skipsLinks = config.skipSymlinks};
+  options.index = std::make_shared<DatabaseIndexView>(surroundings_.dataFolder, gate_);
+  options.stateFolder = surroundings_.dataFolder;
+  options.ownPaths.push_back(surroundings_.dataFolder);
+  options.log = surroundings_.log;
+  // Reactions run on the monitor's own thread; none runs after the monitor has stopped.
+  auto monitor = std::make_unique<FSEventsMonitor>(
+      kLatencySeconds, [this](std::vector<FSEventItem> items) { enqueue(std::move(items)); },
+      [options](std::vector<std::string> paths, std::uint64_t sinceWhen, double latency, std::uint32_t flags,
+                platform::ChangeStream::Callback callback) {
+        auto complete = options;
+        complete.roots = std::move(paths);
+        complete.sinceWhen = sinceWhen;
+        complete.latency = std::chrono::duration<double>(latency);
+        complete.flags = flags;
+        return platform::createChangeStream(std::move(complete), std::move(callback));
+      });
+  monitor->onRescanNeeded = [this](const FSEventRescanRequest& request) {
+    tasks::Task::spawn(strand(), [this, reason = request.reason](std::stop_token) -> tasks::Async<void> {
+      co_await scheduleAutomaticRebuild(reason);
+    });
+  };
+  monitor->onLatestEventID = [&defaults = surroundings_.defaults](std::uint64_t identifier) {
+    defaults.set(kLastEventIDKey, identifier);
+  };
+  return monitor;
+}
+
+void FileIndexActor::enqueue(std::vector<FSEventItem> events) {
+  gate_->handOver();
+  asio::post(strand(), [this, events = std::move(events)]() mutable {
+    updates_.push_back(std::move(events));
+    if (updateTask_ && !updateTask_.isDone()) return;
+    updateTask_ = tasks::Task::spawn(strand(), [this](std::stop_token stop) { return applyUpdates(std::move(stop)); });
+  });
+}
+
+tasks::Async<void> FileIndexActor::applyUpdates(std::stop_token stop) {
+  while (!updates_.empty()) {
+    auto events = std::move(updates_.front());
+    updates_.pop_front();
+    if (!stop.stop_requested()) co_await handleFSEvents(std::move(events));
+    gate_->applied();
+  }
+}
+
+tasks::Async<void> FileIndexActor::handleFSEvents(std::vector<FSEventItem> events) {
+  auto update = co_await onActor([&] { return IncrementalUpdate::plan(std::move(events)); });
+  try {
+    if (!update.removals.empty()) co_await database_.deleteByPaths(std::move(update.removals));
+    if (update.upserts.empty()) co_return;
+    co_await database_.batchInsert(std::move(update.upserts));
+    const auto total = co_await database_.totalFileCount();
+    publish([total](IndexStatus& status) {
+      status.state = IndexStatus::State::idle();
+      status.totalFiles = total;
+    });
+  } catch (const std::exception& error) {
+    surroundings_.log(std::string("[FSEvents] Incremental update error: ") + error.what());
+  }
+}
+
+tasks::Async<void> FileIndexActor::scheduleAutomaticRebuild(std::string reason) {
+  co_await onActor([&] {
+    if (autoRebuildTask_ && !autoRebuildTask_.isDone()) return;
+    if (indexTask_) {
+      surroundings_.log("[FSEvents] Full rescan requested while indexing; current rebuild will refresh the index.");
+      return;
+    }
+    if (!currentConfig_) return;
+    autoRebuildTask_ = tasks::Task::spawn(
+        strand(), [this, reason = std::move(reason), config = *currentConfig_](std::stop_token) -> tasks::Async<void> {
+          surroundings_.log("[FSEvents] Triggering automatic full rebuild: " + reason);
+          try {
+            co_await rebuildIndex(config);
+          } catch (const std::exception& error) {
+            surroundings_.log(std::string("[FSEvents] Automatic rebuild failed: ") + error.what());
+          }
+        });
+  });
+}
 
 tasks::Async<void> FileIndexActor::settled() {
   const auto task = co_await onActor([&] { return mergeTask_; });
@@ -155,8 +270,10 @@ tasks::Async<void> FileIndexActor::settled() {
 
 tasks::Async<void> FileIndexActor::shutDown() {
   const auto running = co_await onActor([&] {
-    for (const auto& task : {indexTask_, mergeTask_}) task.cancel();
-    return std::vector{indexTask_, mergeTask_};
+    fsMonitor_.reset();
+    std::vector tasks{indexTask_, autoRebuildTask_, mergeTask_, updateTask_};
+    for (const auto& task : tasks) task.cancel();
+    return tasks;
   });
   for (const auto& task : running) {
     try {
@@ -169,7 +286,7 @@ tasks::Async<void> FileIndexActor::shutDown() {
 }
 
 void FileIndexActor::publish(std::function<void(IndexStatus&)> change) const {
-  asio::post(main_, [status = std::weak_ptr(status_), change = std::move(change)] {
+  asio::post(surroundings_.main, [status = std::weak_ptr(status_), change = std::move(change)] {
     if (const auto live = status.lock()) live->update(change);
   });
 }

@@ -1,15 +1,20 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <vector>
 
+#include "indexer/FSEventsMonitor.h"
 #include "indexer/FileSystemScanner.h"
 #include "indexer/IndexConfiguration.h"
 #include "indexer/LiveIndexStatus.h"
+#include "platform/ChangeStream.h"
 #include "platform/DefaultsStore.h"
+#include "platform/HandoverGate.h"
 #include "store/DatabaseManager.h"
 #include "tasks/Actor.h"
 #include "tasks/Task.h"
@@ -27,6 +32,11 @@ class FileIndexActor : public tasks::Actor {
     tasks::Executor background;      ///< where blocking work runs, at least three threads
     tasks::Executor main;            ///< where the status is written
     platform::DefaultsStore& defaults;
+    /// How changes are followed: what a stream needs besides the roots, their scope and the index itself, which the
+    /// actor fills in. None: they are not, and the index is as its last rebuild left it.
+    std::optional<platform::ChangeStreamOptions> changes = std::nullopt;
+    /// Takes one line; any thread.
+    std::function<void(const std::string&)> log = [](const std::string&) {};
   };
 
   /// Opens the index for writing. Blocks: not for the main thread. Throws DatabaseError, or
@@ -42,9 +52,19 @@ class FileIndexActor : public tasks::Actor {
   /// older one, which then ends without an error. Throws what stopped the rebuild, which the status shows too.
   tasks::Async<void> rebuildIndex(IndexConfiguration config);
 
-  /// Remembers the configuration whose roots are to be followed.
+  /// For the launch: follows the configured roots, and makes the index complete if it is not. An empty index is
+  /// rebuilt; a rebuild that was killed halfway goes on, keeping what it has written. Otherwise the change stream catches up with
+  /// what happened meanwhile. Throws what `rebuildIndex` throws.
+  tasks::Async<void> resume(IndexConfiguration config);
+
+  /// Follows the roots of `config` from now on, in place of those before.
   tasks::Async<void> startMonitoring(IndexConfiguration config);
   tasks::Async<void> stopMonitoring();
+
+  /// Brings the rows of these paths up to date with the disk. What was delivered earlier must have ended.
+  tasks::Async<void> handleFSEvents(std::vector<FSEventItem> events);
+  /// Rebuilds the index because changes were lost; one such rebuild at a time.
+  tasks::Async<void> scheduleAutomaticRebuild(std::string reason);
 
   /// Waits until the full-text table of the last rebuild has been merged; searches are right all the while.
   tasks::Async<void> settled();
@@ -53,22 +73,33 @@ class FileIndexActor : public tasks::Actor {
   tasks::Async<void> shutDown();
 
  private:
-  tasks::Async<void> runRebuild(IndexConfiguration config, std::stop_token stop);
-  tasks::Async<void> fill(const IndexConfiguration& config, std::stop_token stop);
+  /// Whether a rebuild starts from nothing or keeps what an unfinished one has written.
+  enum class Start : std::uint8_t { empty, keeping };
+
+  tasks::Async<void> replaceRebuild(IndexConfiguration config, Start start);
+  tasks::Async<void> runRebuild(IndexConfiguration config, Start start, std::stop_token stop);
+  tasks::Async<void> fill(const IndexConfiguration& config, Start start, std::stop_token stop);
   tasks::Async<bool> fillOnce(const IndexConfiguration& config, bool onlyLacking, std::int64_t& written, std::stop_token stop);
   tasks::Async<void> mergeInSteps(std::stop_token stop);
+  std::unique_ptr<FSEventsMonitor> createMonitor(const IndexConfiguration& config);
+  void enqueue(std::vector<FSEventItem> events);
+  tasks::Async<void> applyUpdates(std::stop_token stop);
   void publish(std::function<void(IndexStatus&)> change) const;
 
-  std::string dataFolder_;
-  tasks::Executor background_;
-  tasks::Executor main_;
-  platform::DefaultsStore& defaults_;
+  const Surroundings surroundings_;
   std::shared_ptr<LiveIndexStatus> status_ = std::make_shared<LiveIndexStatus>();
 
   DatabaseManager database_;
   FileSystemScanner scanner_;
+  std::unique_ptr<FSEventsMonitor> fsMonitor_;
   tasks::Task indexTask_;
+  tasks::Task autoRebuildTask_;
   tasks::Task mergeTask_;
+  /// Delivered and not yet applied, in order; two lists must not be applied at once, or the older could store what the
+  /// newer has just found gone.
+  std::deque<std::vector<FSEventItem>> updates_;
+  tasks::Task updateTask_;
+  std::shared_ptr<platform::HandoverGate> gate_ = std::make_shared<platform::HandoverGate>();
   std::optional<IndexConfiguration> currentConfig_;
 };
 

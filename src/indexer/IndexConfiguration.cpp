@@ -1,6 +1,7 @@
 #include "indexer/IndexConfiguration.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -15,7 +16,8 @@ using Bytes = platform::DefaultsStore::Bytes;
 
 constexpr std::string_view kDefaultsKey = "IndexConfiguration";
 
-Bytes encode(const IndexConfiguration& configuration) {
+/// Nothing if JSON cannot hold it.
+std::optional<Bytes> encode(const IndexConfiguration& configuration) try {
   const Json json = {{"includedPaths", configuration.includedPaths},
                      {"excludedPaths", configuration.excludedPaths},
                      {"skipHiddenFiles", configuration.skipHiddenFiles},
@@ -23,11 +25,13 @@ Bytes encode(const IndexConfiguration& configuration) {
                      {"skipSymlinks", configuration.skipSymlinks}};
   const auto text = json.dump();
   const auto bytes = std::as_bytes(std::span(text));
-  return {bytes.begin(), bytes.end()};
+  return Bytes(bytes.begin(), bytes.end());
+} catch (const Json::exception&) {
+  return std::nullopt;
 }
 
-/// Throws Json::exception if a key is missing or of another type.
-IndexConfiguration decode(const Bytes& bytes) {
+/// Nothing if a key is missing or of another type.
+std::optional<IndexConfiguration> decode(const Bytes& bytes) try {
   const auto* const text = reinterpret_cast<const char*>(bytes.data());
   const auto json = Json::parse(text, text + bytes.size());
   IndexConfiguration configuration;
@@ -37,6 +41,8 @@ IndexConfiguration decode(const Bytes& bytes) {
   json.at("skipPackageContents").get_to(configuration.skipPackageContents);
   json.at("skipSymlinks").get_to(configuration.skipSymlinks);
   return configuration;
+} catch (const Json::exception&) {
+  return std::nullopt;
 }
 
 }  // namespace
@@ -47,22 +53,19 @@ IndexConfiguration IndexConfiguration::defaults(std::string homeFolder) {
   return configuration;
 }
 
+std::optional<IndexConfiguration> IndexConfiguration::saved(const platform::DefaultsStore& store) {
+  const auto bytes = store.get<Bytes>(kDefaultsKey);
+  return bytes ? decode(*bytes) : std::nullopt;
+}
+
 IndexConfiguration IndexConfiguration::load(const platform::DefaultsStore& store,
                                             std::string homeFolder) {
-  try {
-    if (const auto bytes = store.get<Bytes>(kDefaultsKey)) return decode(*bytes);
-  } catch (const Json::exception&) {
-    // Damaged, or of another version: as good as nothing.
-  }
-  return defaults(std::move(homeFolder));
+  auto configuration = saved(store);
+  return configuration ? std::move(*configuration) : defaults(std::move(homeFolder));
 }
 
 void IndexConfiguration::save(platform::DefaultsStore& store) const {
-  try {
-    store.set(kDefaultsKey, encode(*this));
-  } catch (const Json::exception&) {
-    // What was saved before stays.
-  }
+  if (auto bytes = encode(*this)) store.set(kDefaultsKey, std::move(*bytes));
 }
 
 bool IndexConfiguration::shouldExclude(std::string_view path) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,7 +11,9 @@ namespace zelnor {
 
 /// What to index. Paths are absolute, in bytes.
 struct IndexConfiguration {
-  std::vector<std::string> includedPaths = {};  ///< roots to scan and to watch, in order
+  // GCC wants the braces where a designated initializer leaves the member out.
+  // NOLINTNEXTLINE(readability-redundant-member-init)
+  std::vector<std::string> includedPaths{};  ///< roots to scan and to watch, in order
   /// Prefixes of paths that are never indexed.
   std::vector<std::string> excludedPaths = {
       "/System", "/private/var", "/private/tmp",
@@ -24,6 +27,8 @@ struct IndexConfiguration {
   /// The home folder as the only root, and the default exclusions.
   static IndexConfiguration defaults(std::string homeFolder);
 
+  /// What was saved in `store`; nothing if there is nothing or if it is not a complete configuration.
+  static std::optional<IndexConfiguration> saved(const platform::DefaultsStore& store);
   /// What was saved in `store`; the defaults if there is nothing or if it is not a complete
   /// configuration.
   static IndexConfiguration load(const platform::DefaultsStore& store, std::string homeFolder);

@@ -17,10 +17,12 @@ struct IndexStatus {
     std::string
         description;  ///< of the error that ended the last rebuild; empty for the other kinds
 
-    static State error(std::string description) { return {Kind::error, std::move(description)}; }
-    static State idle() { return {Kind::idle, {}}; }
-    static State indexing() { return {Kind::indexing, {}}; }
-    static State paused() { return {Kind::paused, {}}; }
+    static State error(std::string description) {
+      return {.kind = Kind::error, .description = std::move(description)};
+    }
+    static State idle() { return {.kind = Kind::idle, .description = {}}; }
+    static State indexing() { return {.kind = Kind::indexing, .description = {}}; }
+    static State paused() { return {.kind = Kind::paused, .description = {}}; }
 
     friend bool operator==(const State&, const State&) = default;
   };

@@ -56,6 +56,10 @@ tasks::Async<void> DatabaseManager::endBulkLoad() {
   co_await onActor([&] { database_->endBulkLoad(); });
 }
 
+tasks::Async<bool> DatabaseManager::isBulkLoadUnfinished() {
+  co_return co_await onActor([&] { return database_->isBulkLoadUnfinished(); });
+}
+
 tasks::Async<bool> DatabaseManager::mergeStep() {
   co_return co_await onActor([&] { return database_->mergeStep(); });
 }

@@ -56,6 +56,8 @@ class DatabaseManager : public tasks::Actor {
   tasks::Async<void> beginBulkLoad();
   /// Makes the secondary indexes and writes the log back into the database.
   tasks::Async<void> endBulkLoad();
+  /// Whether a bulk load was begun, by this process or one that died, and never ended.
+  tasks::Async<bool> isBulkLoadUnfinished();
   /// Merges a part of what a bulk load left in many pieces (well under a second); answers whether more is left.
   /// Searches are right before, and faster after.
   tasks::Async<bool> mergeStep();

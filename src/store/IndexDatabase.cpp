@@ -22,6 +22,14 @@ constexpr int kCheckpointPages = 1000;
 constexpr int kBulkCheckpointPages = 16000;
 constexpr std::int64_t kReservedRows = 200;
 
+// Kept in the header field that SQLite leaves to applications, so that a process that dies during a bulk load is found
+// out by the next.
+constexpr std::int64_t kUnfinished = 1;
+
+void setUnfinished(sqlite3* connection, bool unfinished) {
+  SchemaManager::exec(connection, "PRAGMA user_version=" + std::to_string(unfinished ? kUnfinished : 0));
+}
+
 /// SQLite gives its companion files the mode of the database, which it would create readable by everybody.
 void createPrivateFile(const std::string& path) {
   const platform::FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
@@ -47,6 +55,13 @@ FileRecord readRecord(const Statement& row) {
   record.kind = fileKind(row.integer(5)).value_or(FileKind::file);
   record.inode = row.integer(6);
   return record;
+}
+
+void appendRecords(Statement& rows, std::vector<FileRecord>& records) {
+  while (rows.step()) {
+    if (rows.text(1).data() == nullptr || rows.text(2).data() == nullptr) continue;
+    records.push_back(readRecord(rows));
+  }
 }
 
 /// While it lives SQLite sorts in files: to make an index of a large table in memory takes as much memory as the index.
@@ -200,13 +215,18 @@ std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std
   std::vector<FileRecord> records;
   records.reserve(static_cast<std::size_t>(std::clamp<std::int64_t>(limit, 0, kReservedRows)));
   try {
-    while (statement.step()) {
-      if (statement.text(1).data() == nullptr || statement.text(2).data() == nullptr) continue;
-      records.push_back(readRecord(statement));
-    }
+    appendRecords(statement, records);
   } catch (const DatabaseError&) {
     // A page that ends early is still a page: the user sees what was found.
   }
+  return records;
+}
+
+std::vector<FileRecord> IndexDatabase::allRecords(const SelectStatement& select) {
+  Statement statement(connection_.get(), select.sql);
+  statement.bindAll(select.bindings);
+  std::vector<FileRecord> records;
+  appendRecords(statement, records);
   return records;
 }
 
@@ -249,6 +269,7 @@ void IndexDatabase::beginBulkLoad() {
   sqlite3_wal_autocheckpoint(connection_.get(), kBulkCheckpointPages);
   WriteTransaction transaction(connection_.get());
   SchemaManager::dropIndexes(connection_.get());
+  setUnfinished(connection_.get(), true);
   writer_->fullText.deferMerging();
   transaction.commit();
 }
@@ -261,7 +282,13 @@ void IndexDatabase::endBulkLoad() {
     SchemaManager::createIndexes(connection_.get());
   }
   writer_->fullText.resumeMerging();
+  setUnfinished(connection_.get(), false);
   checkpoint();
+}
+
+bool IndexDatabase::isBulkLoadUnfinished() {
+  Statement version(connection_.get(), "PRAGMA user_version");
+  return version.step() && version.integer(0) == kUnfinished;
 }
 
 bool IndexDatabase::mergeStep() {

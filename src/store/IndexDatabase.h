@@ -31,6 +31,8 @@ class IndexDatabase {
   void deleteByPaths(std::span<const std::string> paths);
   std::int64_t totalFileCount();
   std::vector<FileRecord> search(const SelectStatement& select, std::int64_t limit);
+  /// Like `search`, but an error while stepping is an error.
+  std::vector<FileRecord> allRecords(const SelectStatement& select);
   std::int64_t searchCount(const SelectStatement& select);
   void rebuildFTS();
   void clearAll();
@@ -38,6 +40,7 @@ class IndexDatabase {
 
   void beginBulkLoad();
   void endBulkLoad();
+  bool isBulkLoadUnfinished();
   bool mergeStep();
 
   /// Makes the statement that runs now fail; the only operation for another thread.

@@ -8,6 +8,7 @@
 
 #include "tests/support/HardTree.h"
 #include "tests/support/IndependentWalk.h"
+#include "tests/support/IndexContents.h"
 #include "tests/support/IndexerFixture.h"
 #include "tests/support/RawDatabase.h"
 
@@ -15,16 +16,6 @@ namespace zelnor {
 namespace {
 
 using Kind = IndexStatus::State::Kind;
-
-std::map<std::string, FileRecord> indexed(test::Indexer& indexer) {
-  std::map<std::string, FileRecord> rows;
-  for (auto& record : indexer.main().await(indexer.actor().sharedDatabase().search(
-           {"SELECT id, name, path, size, mtime, kind, inode FROM files", {}}, /*limit=*/0))) {
-    record.id = 0;
-    rows.emplace(record.path, std::move(record));
-  }
-  return rows;
-}
 
 class FileIndexActorTest : public testing::Test {
  protected:
@@ -38,7 +29,7 @@ TEST_F(FileIndexActorTest, ARebuildHoldsExactlyWhatAnIndependentWalkFinds) {
   const auto status = indexer_.rebuild(test::configurationOf(tree_.path()));
   const auto expected = test::walkIndependently(tree_.path());
   ASSERT_GT(expected.size(), 190'000U);
-  const auto found = indexed(indexer_);
+  const auto found = test::indexed(indexer_);
   ASSERT_EQ(found.size(), expected.size());
   for (const auto& [path, record] : expected) {
     const auto row = found.find(path);
@@ -63,7 +54,7 @@ TEST_F(FileIndexActorTest, ARebuildReplacesWhatTheIndexHeld) {
   indexer_.defaults().set("FSEventsLastEventID", std::uint64_t{12});
   const auto status = indexer_.rebuild(test::configurationOf(tree_.path()));
   EXPECT_EQ(status.totalFiles, 1);
-  EXPECT_EQ(indexed(indexer_).begin()->second.name, "new");
+  EXPECT_EQ(test::indexed(indexer_).begin()->second.name, "new");
   EXPECT_FALSE(indexer_.defaults().value("FSEventsLastEventID"));
 }
 
@@ -93,7 +84,7 @@ TEST_F(FileIndexActorTest, ANewerRebuildCancelsTheOlderWhichEndsWithoutAnError) 
   indexer_.main().runReady();
   EXPECT_EQ(seen.back().state, IndexStatus::State::idle());
   EXPECT_EQ(seen.back().totalFiles, 1);
-  EXPECT_EQ(indexed(indexer_).size(), 1U);
+  EXPECT_EQ(test::indexed(indexer_).size(), 1U);
 }
 
 TEST_F(FileIndexActorTest, TheStatusCountsBatchesAndShowsTheOldTotalMeanwhile) {
@@ -136,7 +127,7 @@ TEST_F(FileIndexActorTest, ShuttingDownStopsARebuildAtOnce) {
   indexer_.main().runUntil([&] { return indexer_.actor().status().value().processedFiles > 0; });
   indexer_.main().await(indexer_.actor().shutDown());
   indexer_.main().await(rebuild.wait());
-  EXPECT_LT(indexed(indexer_).size(), 30'030U);
+  EXPECT_LT(test::indexed(indexer_).size(), 30'030U);
 }
 
 }  // namespace

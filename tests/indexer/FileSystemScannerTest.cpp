@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <future>
 
@@ -19,6 +19,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using Paths = std::vector<std::string>;
+/// Temporary folders may be anywhere, also below a path that is excluded by default.
+const IndexConfiguration kEverything{.excludedPaths = {}};
 using Batches = std::vector<FileSystemScanner::Stream::Batch>;
 
 class FileSystemScannerTest : public testing::Test {
@@ -26,8 +28,8 @@ class FileSystemScannerTest : public testing::Test {
   /// Scans and takes every batch.
   Batches scan(const Paths& roots, const IndexConfiguration& config,
                std::size_t batchSize = 10'000) {
-    const auto scan =
-        FileSystemScanner{batchSize}.scan(roots, config, /*progressCallback=*/{}, pool_.executor());
+    const auto scan = FileSystemScanner{.batchSize = batchSize}.scan(
+        roots, config, /*progressCallback=*/{}, pool_.executor());
     return main_.await(drain(scan.stream));
   }
   /// The paths found below the tree, relative to it.
@@ -53,7 +55,7 @@ TEST_F(FileSystemScannerTest, RecordsAreThoseOfTheirPaths) {
   for (const auto* name : {"line\nbreak", "\xff", "d/'q\"", "d/中文.txt"})
     tree_.file(name, "content");
   fs::create_symlink("d", tree_ / "link");
-  const auto batches = scan({tree_.path()}, {});
+  const auto batches = scan({tree_.path()}, kEverything);
   ASSERT_THAT(batches, ElementsAre(SizeIs(6)));
   for (const auto& record : batches.front())
     EXPECT_EQ(record, FileRecord::fromPath(record.path)) << record.path;
@@ -68,12 +70,13 @@ TEST_F(FileSystemScannerTest, TheConfigurationSaysWhatIsLeftOut) {
     Paths expected;
   };
   const std::vector<Case> cases{
-      {{},
+      {kEverything,
        {".hidden", ".hidden/in", ".profile", "A.app", "ab", "abc", "abc/d", "d", "d/f", "link"}},
-      {{.skipHiddenFiles = true}, {"A.app", "ab", "abc", "abc/d", "d", "d/f", "link"}},
-      {{.skipHiddenFiles = true, .skipPackageContents = false},
+      {{.excludedPaths = {}, .skipHiddenFiles = true},
+       {"A.app", "ab", "abc", "abc/d", "d", "d/f", "link"}},
+      {{.excludedPaths = {}, .skipHiddenFiles = true, .skipPackageContents = false},
        {"A.app", "A.app/in", "ab", "abc", "abc/d", "d", "d/f", "link"}},
-      {{.skipHiddenFiles = true, .skipSymlinks = true},
+      {{.excludedPaths = {}, .skipHiddenFiles = true, .skipSymlinks = true},
        {"A.app", "ab", "abc", "abc/d", "d", "d/f"}},
       {{.excludedPaths = {tree_ / "ab", tree_ / ".", tree_ / "d/"}}, {"A.app", "d", "link"}},
       {{.excludedPaths = {tree_.path().substr(0, tree_.path().size() - 1)}}, {}}};
@@ -88,7 +91,7 @@ TEST_F(FileSystemScannerTest, RootsAreScannedInOrderAndThemselvesNoRecords) {
     for (const auto& record : batch) names.push_back(record.name);
   }
   EXPECT_THAT(names, ElementsAre("x", "y"));
-  EXPECT_THAT(scan({tree_.folder("nothing")}, {}), IsEmpty());
+  EXPECT_THAT(scan({tree_.folder("nothing")}, kEverything), IsEmpty());
 }
 
 TEST_F(FileSystemScannerTest, BatchesAreFullExceptTheLast) {
@@ -96,7 +99,8 @@ TEST_F(FileSystemScannerTest, BatchesAreFullExceptTheLast) {
   for (int i = 0; i < kFiles; ++i) std::ofstream(tree_ / std::to_string(i));
   std::vector<std::int64_t> progress;
   const auto scan = FileSystemScanner{}.scan(
-      {tree_.path()}, {}, [&](std::int64_t total) { progress.push_back(total); }, pool_.executor());
+      {tree_.path()}, kEverything, [&](std::int64_t total) { progress.push_back(total); },
+      pool_.executor());
   EXPECT_THAT(main_.await(drain(scan.stream)),
               ElementsAre(SizeIs(10'000), SizeIs(10'000), SizeIs(5'000)));
   main_.await(scan.walk.wait());
@@ -105,7 +109,8 @@ TEST_F(FileSystemScannerTest, BatchesAreFullExceptTheLast) {
 
 TEST_F(FileSystemScannerTest, WithoutAReaderTheNewestBatchesWait) {
   for (const auto* name : {"a", "b", "c", "d", "e", "f"}) tree_.file(name);
-  const auto scan = FileSystemScanner{1}.scan({tree_.path()}, {}, {}, pool_.executor());
+  const auto scan = FileSystemScanner{.batchSize = 1}.scan(
+      {tree_.path()}, kEverything, /*progressCallback=*/{}, pool_.executor());
   main_.await(scan.walk.wait());
   EXPECT_EQ(scan.stream->discarded(), 2U);
   const auto batches = main_.await(drain(scan.stream));
@@ -122,9 +127,9 @@ TEST_F(FileSystemScannerTest, ACancelledWalkDeliversWhatItHasAndEnds) {
     firstBatch.set_value();
     cancelled.get_future().wait();
   };
-  const auto scan = FileSystemScanner{2}.scan({tree_.path(), tree_.path()}, {}, waitAfterFirstBatch,
-                                              pool_.executor());
-  firstBatch.get_future().wait();
+  const auto scan = FileSystemScanner{.batchSize = 2}.scan(
+      {tree_.path(), tree_.path()}, kEverything, waitAfterFirstBatch, pool_.executor());
+  ASSERT_EQ(firstBatch.get_future().wait_for(std::chrono::minutes(1)), std::future_status::ready);
   scan.walk.cancel();
   cancelled.set_value();
   EXPECT_THAT(main_.await(drain(scan.stream)), ElementsAre(SizeIs(2)));
@@ -136,7 +141,7 @@ TEST_F(FileSystemScannerTest, UnreadableEntriesAreLeftOut) {
   own.file("readable");
   fs::permissions(own.file("file"), fs::perms::none);
   fs::permissions(own.folder("folder"), fs::perms::none);
-  const auto batches = scan({own.path()}, {});
+  const auto batches = scan({own.path()}, kEverything);
   ASSERT_THAT(batches, ElementsAre(SizeIs(1)));
   EXPECT_EQ(batches.front().front().name, "readable");
 }

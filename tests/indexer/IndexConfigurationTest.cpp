@@ -50,14 +50,17 @@ TEST(IndexConfiguration, IsStoredAsJsonOfFiveKeys) {
 }
 
 TEST(IndexConfiguration, WhatIsIncompleteOrDamagedLoadsAsTheDefaults) {
-  const std::string paths = R"("includedPaths":["/a"],"excludedPaths":["/b"],)";
-  const std::string switches = R"("skipHiddenFiles":true,"skipPackageContents":false)";
+  const auto object = [](const std::string& included, const std::string& rest) {
+    return R"({"includedPaths":)" + included + R"(,"excludedPaths":[],"skipHiddenFiles":true)" +
+           rest + "}";
+  };
   for (const auto& text :
-       {"{" + paths + switches + "}", "{" + paths + switches + R"(,"skipSymlinks":1})",
-        "{" + paths + switches + R"(,"skipSymlinks":null})",
-        "{" + switches + R"(,"skipSymlinks":true})",
-        R"({"includedPaths":[1],"excludedPaths":[],)" + switches + R"(,"skipSymlinks":true})",
-        std::string("[]"), std::string("{"), std::string()}) {
+       {object(R"(["/a"])", R"(,"skipPackageContents":false)"),
+        object(R"(["/a"])", R"(,"skipPackageContents":false,"skipSymlinks":1)"),
+        object(R"(["/a"])", R"(,"skipPackageContents":null,"skipSymlinks":true)"),
+        object(R"([1])", R"(,"skipPackageContents":false,"skipSymlinks":true)"),
+        object(R"("/a")", R"(,"skipPackageContents":false,"skipSymlinks":true)"), std::string("[]"),
+        std::string("{"), std::string()}) {
     test::MemoryDefaultsStore store;
     store.set(kKey, bytesOf(text));
     EXPECT_EQ(IndexConfiguration::load(store, kHome), IndexConfiguration::defaults(kHome)) << text;

@@ -47,6 +47,7 @@ class DeepTree {
 
  private:
   static platform::FileDescriptor enter(int from, const char* name) {
+    if (from == -1) return {};
     return platform::FileDescriptor(openat(from, name, O_PATH | O_DIRECTORY | O_CLOEXEC));
   }
   const std::string root_;

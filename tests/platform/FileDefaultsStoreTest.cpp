@@ -3,6 +3,7 @@
 #include <csignal>
 #include <filesystem>
 #include <iterator>
+#include <latch>
 #include <limits>
 #include <map>
 #include <thread>
@@ -129,15 +130,17 @@ TEST_F(FileDefaultsStoreTest, StoresOnOneFileKeepEachOthersValues) {
 
 TEST_F(FileDefaultsStoreTest, NoChangeIsLostWhenManyWriteAtOnce) {
   constexpr int kWriters = 4;
-  constexpr int kValues = 10;
+  constexpr int kValues = 20;
   const auto key = [](int writer, int value) {
     return std::to_string(writer) + "/" + std::to_string(value);
   };
   {
+    std::latch start(kWriters);
     std::vector<std::jthread> writers;
     for (int writer = 0; writer < kWriters; ++writer) {
       writers.emplace_back([&, writer] {
         FileDefaultsStore store(folder_);
+        start.arrive_and_wait();
         for (int value = 0; value < kValues; ++value) store.set(key(writer, value), true);
       });
     }

@@ -1,7 +1,10 @@
 #pragma once
 
-#include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "indexer/FileIndexActor.h"
 #include "tasks/ThreadPool.h"
@@ -14,11 +17,13 @@ namespace zelnor::test {
 /// An index actor with everything it needs, on a data folder of its own.
 class Indexer {
  public:
-  explicit Indexer(std::string dataFolder)
+  explicit Indexer(std::string dataFolder, bool followsChanges = false)
       : actor_({.dataFolder = std::move(dataFolder),
                 .background = pool_.executor(),
                 .main = main_.executor(),
-                .defaults = defaults_}) {}
+                .defaults = defaults_,
+                .changes = followsChanges ? std::optional(platform::ChangeStreamOptions{}) : std::nullopt,
+                .log = [this](const std::string& line) { keep(line); }}) {}
   Indexer(const Indexer&) = delete;
   Indexer& operator=(const Indexer&) = delete;
   ~Indexer() { main_.await(actor_.shutDown()); }
@@ -26,6 +31,12 @@ class Indexer {
   FileIndexActor& actor() { return actor_; }
   MainThread& main() { return main_; }
   MemoryDefaultsStore& defaults() { return defaults_; }
+
+  /// What the actor logged about rebuilds and failures.
+  std::vector<std::string> log() {
+    const std::scoped_lock lock(logMutex_);
+    return log_;
+  }
 
   /// Rebuilds the index from these roots and waits for it; answers the status afterwards.
   IndexStatus rebuild(const IndexConfiguration& config) {
@@ -35,6 +46,15 @@ class Indexer {
   }
 
  private:
+  void keep(const std::string& line) {
+    // How folders are followed depends on the machine.
+    if (line.find("rebuild") == std::string::npos && line.find("error") == std::string::npos) return;
+    const std::scoped_lock lock(logMutex_);
+    log_.push_back(line);
+  }
+
+  std::mutex logMutex_;
+  std::vector<std::string> log_;
   MainThread main_;
   MemoryDefaultsStore defaults_;
   tasks::ThreadPool pool_{3};

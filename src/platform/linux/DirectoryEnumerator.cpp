@@ -86,32 +86,34 @@ struct DirectoryEnumerator::State {
 
   std::optional<Entry> read(ListingStack::Name name) {
     chain.point(listings.text(name));
-    const auto status = readStatus(chain.descriptor(), chain.name().data());
+    const auto status = readStatus(chain.descriptor(), chain.name());
     if (!status) return std::nullopt;
     const auto attributes = attributesFrom(*status);
-    if (attributes.isDirectory && isEntered(*status, attributes.device)) {
+    const auto path = chain.path();
+    const auto entryName = path.substr(path.size() - name.length);
+    if (attributes.isDirectory && isEntered(entryName, *status, attributes.device)) {
       descents.push_back({.depth = chain.depth(),
                           .name = name,
                           .mayBeMountPoint = platform::mayBeMountPoint(*status)});
       lastEntryDescends = true;
     }
-    return Entry{.path = chain.path(),
-                 .name = chain.name(),
+    return Entry{.path = path,
+                 .name = entryName,
                  .attributes = attributes,
                  .isReadable = isReadable(*status)};
   }
 
-  [[nodiscard]] bool isEntered(const struct statx& folder, std::uint64_t device) const {
-    if (options.skipsPackageDescendants && chain.name().ends_with(kPackageSuffix)) return false;
+  [[nodiscard]] bool isEntered(std::string_view name, const struct statx& folder,
+                               std::uint64_t device) const {
+    if (options.skipsPackageDescendants && name.ends_with(kPackageSuffix)) return false;
     if ((folder.stx_attributes & STATX_ATTR_AUTOMOUNT) != 0) return false;
-    return device == chain.device() ||
-           !isOnPseudoFileSystem(chain.descriptor(), chain.name().data());
+    return device == chain.device() || !isOnPseudoFileSystem(chain.descriptor(), chain.name());
   }
 
   [[nodiscard]] bool isReadable(const struct statx& entry) const {
     if (user == 0 || S_ISLNK(entry.stx_mode)) return true;
     if (entry.stx_uid == user) return (entry.stx_mode & S_IRUSR) != 0;
-    return ::faccessat(chain.descriptor(), chain.name().data(), R_OK, AT_EACCESS) == 0;
+    return ::faccessat(chain.descriptor(), chain.name(), R_OK, AT_EACCESS) == 0;
   }
 
   FolderChain chain;

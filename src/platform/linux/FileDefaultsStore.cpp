@@ -60,6 +60,8 @@ std::optional<std::string> readAll(const FileDescriptor& file) {
   std::string text;
   std::array<char, 4096> buffer{};
   for (;;) {
+    // The store is locked meanwhile, as it has to be: nobody else can tell what the values are.
+    // NOLINTNEXTLINE(clang-analyzer-unix.BlockInCriticalSection)
     const auto size = ::read(file.get(), buffer.data(), buffer.size());
     if (size == 0) return text;
     if (size > 0) text.append(buffer.data(), static_cast<std::size_t>(size));
@@ -79,9 +81,14 @@ Content readContent(const std::string& path) {
   content.version = versionFrom(status);
   const auto text = readAll(content.file);
   auto json = Json::parse(text.value_or(""), /*cb=*/nullptr, /*allow_exceptions=*/false);
-  const bool isSound = json.is_object();
-  if (isSound) content.values = std::move(json);
-  content.state = !text ? State::unreadable : isSound ? State::sound : State::damaged;
+  if (!text) {
+    content.state = State::unreadable;
+  } else if (json.is_object()) {
+    content.state = State::sound;
+    content.values = std::move(json);
+  } else {
+    content.state = State::damaged;
+  }
   return content;
 }
 
@@ -118,7 +125,7 @@ struct FileDefaultsStore::State {
       refresh();
       write(edited(edit));
       refresh();
-    } catch (const std::exception&) {
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): it was all or nothing
       // A full disk, no permission, a key that is not UTF-8: the file is as it was.
     }
   }

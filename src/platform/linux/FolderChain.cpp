@@ -45,10 +45,6 @@ void FolderChain::point(std::string_view name) {
   path_ += name;
 }
 
-std::string_view FolderChain::name() const {
-  return std::string_view(path_).substr(folders_.back().pathLength + 1);
-}
-
 bool FolderChain::enter(bool unlessAncestor) {
   auto file = openPointed();
   const auto identity = identify(file);
@@ -75,7 +71,7 @@ std::optional<FolderChain::Identity> FolderChain::identify(const FileDescriptor&
 
 FileDescriptor FolderChain::openPointed() {
   for (;;) {
-    FileDescriptor file(::openat(descriptor(), name().data(), kToList | O_NOFOLLOW));
+    FileDescriptor file(::openat(descriptor(), name(), kToList | O_NOFOLLOW));
     if (file || !isOutOfDescriptors(errno) || !closeShallowest()) return file;
   }
 }

@@ -33,8 +33,8 @@ class FolderChain {
   /// Makes `path()` the path of `name` in the deepest folder.
   void point(std::string_view name);
   [[nodiscard]] std::string_view path() const { return path_; }
-  /// The last component of `path()`; a NUL byte follows it.
-  [[nodiscard]] std::string_view name() const;
+  /// The last component of `path()`, as system calls take it.
+  [[nodiscard]] const char* name() const { return path_.c_str() + folders_.back().pathLength + 1; }
 
   /// Goes down into the folder that `path()` names; answers whether it could. With
   /// `unlessAncestor`, a folder that is already on the chain is not entered again.

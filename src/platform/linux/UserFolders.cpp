@@ -20,8 +20,7 @@ constexpr std::string_view kProgramFolder = "/Zelnor";
 /// The value of an environment variable that names a folder; empty if it is unset or relative. The
 /// XDG base directory specification asks to ignore relative paths.
 std::string absoluteFromEnvironment(const char* variable) {
-  const char* const value =
-      std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): nobody sets variables
+  const char* const value = std::getenv(variable);
   return value != nullptr && *value == '/' ? value : std::string();
 }
 
@@ -44,7 +43,9 @@ UserFolders UserFolders::current() {
   if (home.empty()) home = homeFromUserDatabase();
   const auto data = firstSet(absoluteFromEnvironment("XDG_DATA_HOME"), home + "/.local/share");
   const auto config = firstSet(absoluteFromEnvironment("XDG_CONFIG_HOME"), home + "/.config");
-  return {home, data + std::string(kProgramFolder), config + std::string(kProgramFolder)};
+  return {.home = home,
+          .data = data + std::string(kProgramFolder),
+          .config = config + std::string(kProgramFolder)};
 }
 
 void createPrivateFolder(const std::string& folder) {

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "bench/BareSearch.h"
+#include "bench/BlockingLoop.h"
+#include "bench/QueryCases.h"
+#include "bench/Statistics.h"
+#include "search/SearchEngine.h"
+
+namespace zelnor::bench {
+
+/// One operation, through the engine and as bare SQL; seconds.
+struct Comparison {
+  Statistics engine;
+  std::optional<Statistics> bare;  ///< nothing where the engine does what SQL cannot
+
+  /// How many times the engine takes the bare time, by medians; 0 without a bare time.
+  [[nodiscard]] double ratio() const {
+    return bare && bare->median > 0 ? engine.median / bare->median : 0;
+  }
+};
+
+struct QueryMeasurement {
+  std::string name;
+  std::string text;
+  std::int64_t matches = 0;
+  int runs = 0;
+  Comparison page;
+  std::optional<Comparison> count;  ///< nothing for a regular expression: its list is complete
+};
+
+void to_json(nlohmann::ordered_json& result, const QueryMeasurement& measurement);
+
+/// Measures searches the way they are asked for: awaited on a main thread, answered on a pool.
+class QueryRunner {
+ public:
+  static constexpr std::int64_t kPageSize = 200;
+
+  /// Each query runs `runs` times, or fewer once `secondsPerQuery` have passed, but a few times at
+  /// least.
+  struct Effort {
+    int runs = 100;
+    double secondsPerQuery = 5;
+  };
+
+  QueryRunner(SearchEngine& engine, const BareSearch& bare, BlockingLoop& loop, Effort effort)
+      : engine_(engine), bare_(bare), loop_(loop), effort_(effort) {}
+
+  QueryMeasurement measure(const QueryCase& queryCase);
+
+ private:
+  std::int64_t page(const SearchQuery& query);
+  std::int64_t count(const SearchQuery& query);
+  Comparison compareInTurns(const std::function<void()>& engine, const std::function<void()>& bare,
+                            int& runs) const;
+
+  SearchEngine& engine_;
+  const BareSearch& bare_;
+  BlockingLoop& loop_;
+  Effort effort_;
+};
+
+}  // namespace zelnor::bench

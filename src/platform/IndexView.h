@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelnor::platform {
+
+/// One entry as the index knows it.
+struct IndexEntry {
+  enum class Kind : std::uint8_t { file, folder, link };
+
+  std::string_view path;  ///< absolute; valid until the cursor moves
+  std::int64_t size = 0;
+  std::int64_t mtime = 0;  ///< whole seconds since 1970
+  std::uint64_t inode = 0;
+  Kind kind = Kind::file;
+};
+
+/// Walks the entries of the index in byte order of their whole paths. Used by one thread.
+///
+/// It need not be a snapshot: what is written while the cursor moves may or may not show, but
+/// nothing that stays as it is may be left out. Operations throw whatever reading the index throws.
+class IndexCursor {
+ public:
+  virtual ~IndexCursor() = default;
+
+  /// The next entry, or nothing at the end.
+  virtual std::optional<IndexEntry> next() = 0;
+  /// Moves so that `next` gives the first entry whose path is `path` or comes after it.
+  virtual void seek(std::string_view path) = 0;
+};
+
+/// What the index holds, for the change stream to compare with the disk. Read-only.
+///
+/// Called on the change stream's own threads, several at a time. Every operation first waits until
+/// all changes that the stream delivered before the call are in the index, or until `stop` is
+/// requested (then what it answers does not matter). Without this wait, a change that was delivered
+/// but not yet written could leave a row behind that nothing ever corrects.
+class IndexView {
+ public:
+  virtual ~IndexView() = default;
+
+  /// A cursor before the first entry.
+  virtual std::unique_ptr<IndexCursor> open(std::stop_token stop) = 0;
+
+  /// The paths of the files with this inode number (on any device): the names of one file that has
+  /// several.
+  virtual std::vector<std::string> pathsWithInode(std::uint64_t inode, std::stop_token stop) = 0;
+};
+
+}  // namespace zelnor::platform

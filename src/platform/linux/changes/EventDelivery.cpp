@@ -1,0 +1,203 @@
+#include "platform/linux/changes/EventDelivery.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace zelnor::platform {
+
+namespace {
+
+constexpr std::size_t kMaxEventsPerBatch = 10'000;
+constexpr std::size_t kManyPending = 5 * kMaxEventsPerBatch;
+
+/// Beside the flags that are delivered: the other names of the file were reported with it.
+constexpr std::uint32_t kNamesAreReported = 0x8000'0000;
+constexpr std::uint32_t kContentFlags =
+    kFSEventStreamEventFlagItemModified | kFSEventStreamEventFlagItemInodeMetaMod;
+constexpr std::uint32_t kPresentFlags =
+    kContentFlags | kFSEventStreamEventFlagItemCreated | kFSEventStreamEventFlagItemRenamed;
+
+std::uint32_t kindFlag(const FileAttributes& attributes) {
+  if (attributes.isSymlink) return kFSEventStreamEventFlagItemIsSymlink;
+  return attributes.isDirectory ? kFSEventStreamEventFlagItemIsDir
+                                : kFSEventStreamEventFlagItemIsFile;
+}
+
+std::uint32_t presentFlags(std::uint32_t seen, const FileAttributes& attributes) {
+  const auto flags = seen & kPresentFlags;
+  return (flags != 0 ? flags : kFSEventStreamEventFlagItemModified) | kindFlag(attributes);
+}
+
+std::uint32_t goneFlags(std::uint32_t seen) {
+  const bool wasRenamed = (seen & kFSEventStreamEventFlagItemRenamed) != 0;
+  return wasRenamed ? kFSEventStreamEventFlagItemRenamed : kFSEventStreamEventFlagItemRemoved;
+}
+
+bool areNamesReported(const PendingChange& change) {
+  return (change.flags & kNamesAreReported) != 0;
+}
+
+std::uint64_t firstIdentifier(std::uint64_t sinceWhen) {
+  return sinceWhen == kFSEventStreamEventIdSinceNow ? 0 : sinceWhen;
+}
+
+}  // namespace
+
+EventDelivery::EventDelivery(const ChangeStreamOptions& options, const StreamScope& scope,
+                             ChangeStream::Callback callback)
+    : scope_(scope),
+      index_(options.index),
+      latency_(std::chrono::duration_cast<std::chrono::steady_clock::duration>(options.latency)),
+      isDeferred_((options.flags & kFSEventStreamCreateFlagNoDefer) == 0),
+      callback_(std::move(callback)),
+      identifiers_(options.stateFolder, firstIdentifier(options.sinceWhen)) {}
+
+void EventDelivery::start(SerialQueue& queue, PlaceKeeper& places) {
+  const std::scoped_lock lock(mutex_);
+  places_ = &places;
+  queue_ = &queue;
+  schedule();
+}
+
+void EventDelivery::stop() {
+  stop_.request_stop();
+  SerialQueue* queue = nullptr;
+  {
+    const std::scoped_lock lock(mutex_);
+    queue = std::exchange(queue_, nullptr);
+  }
+  if (queue != nullptr) queue->waitForRunning();
+}
+
+void EventDelivery::changed(std::string path, std::uint32_t flags) {
+  if (!scope_.includes(path, EntryKind::unknown)) return;
+  const std::scoped_lock lock(mutex_);
+  pending_.add(std::move(path), flags);
+  schedule();
+}
+
+void EventDelivery::announce(std::string path, std::uint32_t flags) {
+  const std::scoped_lock lock(mutex_);
+  announcements_.push_back({.path = std::move(path), .flags = flags});
+  schedule();
+}
+
+void EventDelivery::waitForRoom(const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  hasRoom_.wait(lock, stop, [this] { return pending_.size() < kManyPending; });
+}
+
+/// With the mutex held.
+void EventDelivery::schedule() {
+  if (isScheduled_ || queue_ == nullptr || (pending_.empty() && announcements_.empty())) return;
+  isScheduled_ = true;
+  queue_->postAt(due(), [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->deliver();
+  });
+}
+
+/// With the mutex held.
+EventDelivery::TimePoint EventDelivery::due() const {
+  const auto now = std::chrono::steady_clock::now();
+  // What exceeds a batch has waited long enough.
+  if (pending_.size() >= kMaxEventsPerBatch) return now;
+  return isDeferred_ ? now + latency_ : std::max(now, lastDelivery_ + latency_);
+}
+
+void EventDelivery::deliver() {
+  std::vector<PendingChange> announcements;
+  std::vector<PendingChange> changes;
+  {
+    const std::scoped_lock lock(mutex_);
+    if (queue_ == nullptr) return;
+    announcements = std::exchange(announcements_, {});
+    changes =
+        pending_.take(kMaxEventsPerBatch - std::min(kMaxEventsPerBatch, announcements.size()));
+  }
+  hasRoom_.notify_all();
+  auto events = resolve(std::move(changes));
+  for (auto& announcement : announcements) {
+    events.push_back({.path = std::move(announcement.path), .flags = announcement.flags});
+  }
+  for (auto& event : events) event.identifier = identifiers_.next();
+  if (!events.empty() && !stop_.stop_requested()) callback_(events);
+  const std::scoped_lock lock(mutex_);
+  isScheduled_ = false;
+  lastDelivery_ = std::chrono::steady_clock::now();
+  schedule();
+}
+
+std::vector<ChangeEvent> EventDelivery::resolve(std::vector<PendingChange> changes) {
+  std::vector<ChangeEvent> events;
+  events.reserve(changes.size());
+  for (auto& change : changes) {
+    if (stop_.stop_requested()) break;
+    if (const auto flags = flagsOrLoss(change)) {
+      events.push_back({.path = std::move(change.path), .flags = *flags});
+    }
+  }
+  return events;
+}
+
+std::optional<std::uint32_t> EventDelivery::flagsOrLoss(const PendingChange& change) {
+  try {
+    return flagsOf(change);
+  } catch (const std::exception&) {
+    // The index cannot be read, so nobody knows what this change means for it.
+    return kFSEventStreamEventFlagMustScanSubDirs | kFSEventStreamEventFlagUserDropped;
+  }
+}
+
+std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change) {
+  auto state = examine(change.path);
+  if (state.presence == EntryState::Presence::unknown) {
+    // Noted first and looked at again, so that no change of permissions slips in between.
+    places_->couldNotLook(change.path);
+    state = examine(change.path);
+    if (state.presence == EntryState::Presence::unknown) return std::nullopt;
+  }
+  if (state.presence == EntryState::Presence::gone) {
+    if (!places_->isInPlace(change.path)) return std::nullopt;
+    reportNamesOfGone(change);
+    return goneFlags(change.flags);
+  }
+  // What a scan leaves out is not reported, unless something else was there before.
+  if (!state.isReadable || !scope_.includes(change.path, kindOf(state.attributes))) {
+    return removalIfKnown(change.path);
+  }
+  if (state.hasOtherNames && !areNamesReported(change)) {
+    reportOtherNames(change.path, state.attributes.inode);
+  }
+  return presentFlags(change.flags, state.attributes);
+}
+
+std::optional<std::uint32_t> EventDelivery::removalIfKnown(const std::string& path) {
+  const bool isUnknown = index_ && !inodeInIndex(path);
+  return isUnknown ? std::nullopt : std::optional(kFSEventStreamEventFlagItemRemoved);
+}
+
+/// The inode number that the index has for `path`; nothing if it does not know the path.
+std::optional<std::uint64_t> EventDelivery::inodeInIndex(const std::string& path) {
+  const auto cursor = index_->open(stop_.get_token());
+  cursor->seek(path);
+  const auto entry = cursor->next();
+  return entry && entry->path == path ? std::optional(entry->inode) : std::nullopt;
+}
+
+/// A file that was written and then lost this name may have others.
+void EventDelivery::reportNamesOfGone(const PendingChange& change) {
+  const bool wasWritten = (change.flags & kFSEventStreamEventFlagItemModified) != 0;
+  if (!index_ || !wasWritten || areNamesReported(change)) return;
+  if (const auto inode = inodeInIndex(change.path)) reportOtherNames(change.path, *inode);
+}
+
+void EventDelivery::reportOtherNames(const std::string& path, std::uint64_t inode) {
+  if (!index_) return;
+  for (auto& name : index_->pathsWithInode(inode, stop_.get_token())) {
+    if (name == path) continue;
+    changed(std::move(name), kFSEventStreamEventFlagItemModified | kNamesAreReported);
+  }
+}
+
+}  // namespace zelnor::platform

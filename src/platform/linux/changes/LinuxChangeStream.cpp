@@ -1,0 +1,267 @@
+#include "platform/linux/changes/LinuxChangeStream.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace zelnor::platform {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+/// After each round of reading, so that changes that come in quick succession are read together and
+/// the kernel can merge those that are alike.
+constexpr milliseconds kNap{10};
+/// How often a root that is missing is looked for.
+constexpr milliseconds kAwayInterval{2000};
+/// A pause between sweeps lasts at least so many times as long as a sweep.
+constexpr int kSweepShare = 10;
+
+std::uint32_t flagsOf(const FolderChange& change) {
+  std::uint32_t flags = 0;
+  const auto add = [&flags](bool isTrue, std::uint32_t flag) { flags |= isTrue ? flag : 0; };
+  add(change.renamed, kFSEventStreamEventFlagItemRenamed);
+  add(change.arrived && !change.renamed, kFSEventStreamEventFlagItemCreated);
+  add(change.left && !change.renamed, kFSEventStreamEventFlagItemRemoved);
+  add(change.written, kFSEventStreamEventFlagItemModified);
+  add(change.attributesChanged, kFSEventStreamEventFlagItemInodeMetaMod);
+  return flags;
+}
+
+}  // namespace
+
+std::unique_ptr<ChangeStream> createChangeStream(ChangeStreamOptions options,
+                                                 ChangeStream::Callback callback) {
+  if (options.roots.empty()) return nullptr;
+  return std::make_unique<LinuxChangeStream>(std::move(options), std::move(callback));
+}
+
+LinuxChangeStream::LinuxChangeStream(ChangeStreamOptions options, Callback callback)
+    : options_(std::move(options)),
+      scope_(options_.roots, options_.scope, options_.ownPaths),
+      delivery_(std::make_shared<EventDelivery>(options_, scope_, std::move(callback))),
+      guard_(scope_.roots(), options_.stateFolder),
+      followers_(openSources(options_)),
+      wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+
+LinuxChangeStream::~LinuxChangeStream() { stop(); }
+
+void LinuxChangeStream::setQueue(SerialQueue* queue) {
+  const std::scoped_lock lock(lifecycle_);
+  queue_ = queue;
+}
+
+bool LinuxChangeStream::start() {
+  const std::scoped_lock lock(lifecycle_);
+  if (queue_ == nullptr || isStarted_ || !wakeUp_) return false;
+  isStarted_ = true;
+  guard_.look();  // what is news later is what differs from now
+  delivery_->start(*queue_, *this);
+  startSurveyors();
+  listener_ = std::thread([this] { listen(); });
+  background_->post([this] { lookAtRoots(); });
+  return true;
+}
+
+void LinuxChangeStream::startSurveyors() {
+  const Surveyor::Parts parts{.scope = scope_,
+                              .followers = followers_,
+                              .delivery = *delivery_,
+                              .index = options_.index,
+                              .host = *this};
+  prompt_ = std::make_unique<Surveyor>(parts, "zelnor-survey", SerialQueue::Priority::utility);
+  background_ =
+      std::make_unique<Surveyor>(parts, "zelnor-reconcile", SerialQueue::Priority::background);
+}
+
+void LinuxChangeStream::stop() {
+  const std::scoped_lock lock(lifecycle_);
+  if (!listener_.joinable()) return;
+  stop_.request_stop();
+  prompt_->stop();
+  background_->stop();
+  delivery_->stop();
+  ::eventfd_write(wakeUp_.get(), 1);
+  listener_.join();
+  prompt_->finish();
+  background_->finish();
+}
+
+void LinuxChangeStream::invalidate() {
+  stop();
+  setQueue(nullptr);
+}
+
+void LinuxChangeStream::lookAtRoots() {
+  for (const auto& root : scope_.roots()) background_->surveyFirst(root);
+  if (stop_.stop_requested()) return;
+  logFollowing();
+  surveysDone();
+}
+
+void LinuxChangeStream::logFollowing() {
+  if (!options_.log) return;
+  options_.log("[FSEvents] Following " + std::to_string(followers_.followedFolders()) +
+               " folders live, sweeping " + std::to_string(followers_.swept().size()) + ".");
+}
+
+void LinuxChangeStream::listen() {
+  std::vector<pollfd> waiting{{.fd = wakeUp_.get(), .events = POLLIN, .revents = 0},
+                              {.fd = guard_.mountsDescriptor(), .events = POLLPRI, .revents = 0},
+                              {.fd = guard_.namesDescriptor(), .events = POLLIN, .revents = 0}};
+  for (const auto& source : followers_.sources()) {
+    waiting.push_back({.fd = source->descriptor(), .events = POLLIN, .revents = 0});
+  }
+  do {
+    const auto limit = guard_.isAnyAway() ? static_cast<int>(kAwayInterval.count()) : -1;
+    const int ready = ::poll(waiting.data(), waiting.size(), limit);
+    if (stop_.stop_requested()) return;
+    for (const auto& source : followers_.sources()) source->readChanges(*this);
+    const bool hasMounts = waiting[1].revents != 0;
+    if (guard_.takeHints() || hasMounts || ready == 0) takeNews();
+  } while (nap());
+}
+
+/// Answers whether to go on.
+bool LinuxChangeStream::nap() {
+  pollfd wakeUp{.fd = wakeUp_.get(), .events = POLLIN, .revents = 0};
+  ::poll(&wakeUp, 1, static_cast<int>(kNap.count()));
+  return !stop_.stop_requested();
+}
+
+void LinuxChangeStream::takeNews() {
+  const auto news = guard_.look();
+  for (const auto& root : news.replaced) {
+    delivery_->announce(root, kFSEventStreamEventFlagRootChanged);
+    background_->request(root, SurveyDepth::tree);
+  }
+  for (const auto& path : news.bared) {
+    delivery_->changed(path, kFSEventStreamEventFlagItemModified);
+  }
+  for (const auto& path : news.toCompare) background_->request(path, SurveyDepth::tree);
+  for (const auto& root : scope_.roots()) {
+    if (becameReadable(root)) background_->request(root, SurveyDepth::tree);
+  }
+}
+
+void LinuxChangeStream::folderChanged(const FolderChange& change) {
+  if (change.name.empty()) {
+    if (change.attributesChanged) attributesChanged(change.folder);
+    return;
+  }
+  auto path = change.folder + '/' + change.name;
+  if (scope_.isOwn(path)) return;
+  // The folder's own modification time changes with its entries, whether these are in scope or not.
+  if (change.arrived || change.left) {
+    delivery_->changed(change.folder, kFSEventStreamEventFlagItemModified);
+  }
+  if (scope_.includes(path, change.isFolder ? EntryKind::folder : EntryKind::unknown)) {
+    entryChanged(change, path);
+  }
+}
+
+void LinuxChangeStream::entryChanged(const FolderChange& change, const std::string& path) {
+  delivery_->changed(path, flagsOf(change));
+  if (!change.isFolder) return;
+  if (change.left) {
+    prompt_->request(path, SurveyDepth::tree);
+  } else if (change.arrived) {
+    prompt_->request(path, SurveyDepth::contents);
+  } else if (change.attributesChanged) {
+    attributesChanged(path);
+  }
+}
+
+/// Permissions may have changed, and with them what can be followed and seen below the folder.
+void LinuxChangeStream::attributesChanged(const std::string& path) {
+  delivery_->changed(path, kFSEventStreamEventFlagItemInodeMetaMod);
+  if (becameReadable(path)) prompt_->request(path, SurveyDepth::tree);
+}
+
+/// Whether the folder can be looked into and has not been, all the time since it was last compared.
+bool LinuxChangeStream::becameReadable(const std::string& folder) {
+  const bool isReadable = canLookInto(folder);
+  const std::scoped_lock lock(mutex_);
+  if (!isReadable) {
+    unreadable_.insert(folder);
+    return false;
+  }
+  const auto count = unreadable_.size();
+  std::erase_if(unreadable_, [&folder](const auto& path) { return isAtOrBelow(folder, path); });
+  return unreadable_.size() != count;
+}
+
+void LinuxChangeStream::couldNotLook(const std::string& path) {
+  const std::scoped_lock lock(mutex_);
+  unreadable_.emplace(parentOf(path));
+}
+
+void LinuxChangeStream::couldNotList(const std::string& folder) {
+  {
+    const std::scoped_lock lock(mutex_);
+    unreadable_.insert(folder);
+  }
+  // It may have become readable before that was noted.
+  if (becameReadable(folder)) prompt_->request(folder, SurveyDepth::tree);
+}
+
+void LinuxChangeStream::changesLost() {
+  for (const auto& root : scope_.roots()) {
+    if (options_.index) {
+      background_->request(root, SurveyDepth::tree);
+    } else {
+      delivery_->announce(
+          root, kFSEventStreamEventFlagMustScanSubDirs | kFSEventStreamEventFlagKernelDropped);
+    }
+  }
+}
+
+void LinuxChangeStream::couldNotCompare(const std::string& path) {
+  if (stop_.stop_requested()) return;
+  delivery_->announce(path, kFSEventStreamEventFlagMustScanSubDirs);
+}
+
+void LinuxChangeStream::givenUp(const std::vector<std::string>& folders) {
+  for (const auto& folder : folders) followers_.sweep(folder);
+}
+
+void LinuxChangeStream::surveysDone() {
+  followers_.releaseDetached();
+  scheduleSweep();
+}
+
+void LinuxChangeStream::scheduleSweep() {
+  const std::scoped_lock lock(mutex_);
+  if (isSweepScheduled_ || followers_.swept().size() == 0) return;
+  isSweepScheduled_ = true;
+  const auto pause =
+      std::max<steady_clock::duration>(options_.sweepInterval, lastSweepTook_ * kSweepShare);
+  background_->postAt(steady_clock::now() + pause, [this] { sweep(); });
+}
+
+void LinuxChangeStream::sweep() {
+  const auto begin = steady_clock::now();
+  const auto compare = [this](const std::string& folder) {
+    background_->survey(folder, becameReadable(folder) ? SurveyDepth::tree : SurveyDepth::children);
+  };
+  const auto isStopped = [this] { return stop_.stop_requested(); };
+  if (begin - lastDeepSweep_ >= options_.deepSweepInterval) {
+    followers_.swept().forEach(compare, isStopped);
+    lastDeepSweep_ = begin;
+  } else {
+    followers_.swept().sweep(compare, isStopped);
+  }
+  {
+    const std::scoped_lock lock(mutex_);
+    lastSweepTook_ = steady_clock::now() - begin;
+    isSweepScheduled_ = false;
+  }
+  if (!stop_.stop_requested()) surveysDone();
+}
+
+}  // namespace zelnor::platform

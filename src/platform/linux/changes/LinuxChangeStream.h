@@ -1,0 +1,98 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "platform/ChangeStream.h"
+#include "platform/FileDescriptor.h"
+#include "platform/linux/changes/EventDelivery.h"
+#include "platform/linux/changes/Followers.h"
+#include "platform/linux/changes/RootGuard.h"
+#include "platform/linux/changes/StreamScope.h"
+#include "platform/linux/changes/Surveyor.h"
+
+namespace zelnor::platform {
+
+/// The change stream on Linux. How a change travels:
+///
+/// - The listening thread reads what the sources report. Each name that changed goes to the
+/// delivery;
+///   a folder that came or went is also handed to a surveyor, because the kernel says nothing about
+///   what is below it.
+/// - The prompt surveyor looks at such folders: follows them, then lists them, and compares what
+/// the
+///   index knows below those that went. The background surveyor does the same for whole roots, and
+///   sweeps the folders that are not followed live.
+/// - The delivery looks at each changed path on the queue and hands the events out.
+class LinuxChangeStream final : public ChangeStream,
+                                private ChangeSink,
+                                private PlaceKeeper,
+                                private SurveyHost {
+ public:
+  LinuxChangeStream(ChangeStreamOptions options, Callback callback);
+  ~LinuxChangeStream() override;
+
+  void setQueue(SerialQueue* queue) override;
+  bool start() override;
+  void stop() override;
+  void invalidate() override;
+
+ private:
+  void startSurveyors();
+  void lookAtRoots();
+  void logFollowing();
+
+  void listen();
+  void takeNews();
+  bool nap();
+
+  void folderChanged(const FolderChange& change) override;
+  void changesLost() override;
+  void givenUp(const std::vector<std::string>& folders) override;
+  void entryChanged(const FolderChange& change, const std::string& path);
+  void attributesChanged(const std::string& path);
+
+  bool isInPlace(std::string_view path) override { return guard_.isInPlace(path); }
+  void couldNotLook(const std::string& path) override;
+  bool becameReadable(const std::string& folder);
+
+  ChangeSink& sink() override { return *this; }
+  void couldNotCompare(const std::string& path) override;
+  void couldNotList(const std::string& folder) override;
+  void surveysDone() override;
+
+  void scheduleSweep();
+  void sweep();
+
+  const ChangeStreamOptions options_;
+  const StreamScope scope_;
+  const std::shared_ptr<EventDelivery> delivery_;
+  RootGuard guard_;
+  Followers followers_;
+
+  std::mutex lifecycle_;
+  SerialQueue* queue_ = nullptr;
+  bool isStarted_ = false;
+  FileDescriptor wakeUp_;
+  std::unique_ptr<Surveyor> prompt_;
+  std::unique_ptr<Surveyor> background_;
+  std::stop_source stop_;
+  std::thread listener_;
+
+  std::mutex mutex_;
+  std::set<std::string> unreadable_;  ///< folders that could not be looked into
+  bool isSweepScheduled_ = false;
+
+  // On the background surveyor's thread.
+  std::chrono::steady_clock::time_point lastDeepSweep_;
+  std::chrono::steady_clock::duration lastSweepTook_{};
+};
+
+}  // namespace zelnor::platform

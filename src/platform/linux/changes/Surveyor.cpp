@@ -1,0 +1,102 @@
+#include "platform/linux/changes/Surveyor.h"
+
+#include <exception>
+#include <utility>
+
+namespace zelnor::platform {
+
+Surveyor::Surveyor(Parts parts, std::string label, SerialQueue::Priority priority)
+    : parts_(std::move(parts)), queue_(std::move(label), priority) {}
+
+Surveyor::~Surveyor() { stop(); }
+
+void Surveyor::request(std::string path, SurveyDepth depth) {
+  const std::scoped_lock lock(mutex_);
+  if (requests_.empty()) queue_.post([this] { work(); });
+  requests_.add(std::move(path), depth);
+}
+
+void Surveyor::work() {
+  while (!stop_.stop_requested()) {
+    std::optional<SurveyRequests::Request> request;
+    {
+      const std::scoped_lock lock(mutex_);
+      request = requests_.take();
+    }
+    if (!request) break;
+    survey(request->path, request->depth);
+  }
+  if (!stop_.stop_requested()) parts_.host.surveysDone();
+}
+
+void Surveyor::surveyFirst(const std::string& root) {
+  try {
+    survey(root, isKnown(root) ? SurveyDepth::tree : SurveyDepth::nothing);
+  } catch (const std::exception&) {
+    parts_.host.couldNotCompare(root);
+  }
+}
+
+bool Surveyor::isKnown(const std::string& root) const {
+  if (!parts_.index) return false;
+  const auto cursor = parts_.index->open(stop_.get_token());
+  cursor->seek(root + '/');
+  const auto first = cursor->next();
+  return first && isBelow(root, first->path);
+}
+
+void Surveyor::survey(const std::string& path, SurveyDepth depth) {
+  const bool isRoot = parts_.scope.isRoot(path);
+  const auto state = isRoot ? examineTarget(path) : examine(path);
+  try {
+    if (state.isFolder()) {
+      surveyFolder(path, depth);
+    } else if (state.isPresent() || state.presence == EntryState::Presence::gone) {
+      surveyNothing(path, depth);
+    }
+  } catch (const std::exception&) {
+    parts_.host.couldNotCompare(path);
+  }
+}
+
+void Surveyor::surveyFolder(const std::string& path, SurveyDepth depth) {
+  if (!parts_.scope.enters(path)) {
+    // A package: what is in it is nobody's business, but its own modification time is.
+    if (parts_.scope.includes(path, EntryKind::folder)) willList(path);
+    return;
+  }
+  isSilent_ = depth == SurveyDepth::nothing;
+  const bool compares = depth > SurveyDepth::contents && parts_.index;
+  const auto cursor = compares ? parts_.index->open(stop_.get_token()) : nullptr;
+  Reconciler(parts_.scope, *this, stop_.get_token())
+      .compare(
+          path, cursor.get(),
+          depth == SurveyDepth::children ? Reconciler::Depth::children : Reconciler::Depth::tree);
+}
+
+void Surveyor::surveyNothing(const std::string& path, SurveyDepth depth) {
+  // A root that is missing keeps what it had.
+  if (parts_.scope.isRoot(path)) return;
+  isSilent_ = false;
+  parts_.followers.detach(path);
+  if (depth <= SurveyDepth::contents || !parts_.index) return;
+  const auto cursor = parts_.index->open(stop_.get_token());
+  Reconciler(parts_.scope, *this, stop_.get_token()).reportAllKnown(path, *cursor);
+}
+
+void Surveyor::willList(const std::string& folder) {
+  const bool isRoot = parts_.scope.isRoot(folder);
+  if (!parts_.followers.follow(folder, isRoot, parts_.host.sink())) {
+    parts_.host.couldNotList(folder);
+  }
+}
+
+void Surveyor::differs(std::string path, std::uint32_t flags) {
+  if (isSilent_) return;
+  parts_.delivery.changed(std::move(path), flags);
+  parts_.delivery.waitForRoom(stop_.get_token());
+}
+
+void Surveyor::foundFolder(const std::string& path) { request(path, SurveyDepth::tree); }
+
+}  // namespace zelnor::platform

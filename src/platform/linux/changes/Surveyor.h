@@ -1,0 +1,84 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <stop_token>
+#include <string>
+
+#include "platform/IndexView.h"
+#include "platform/SerialQueue.h"
+#include "platform/linux/changes/EventDelivery.h"
+#include "platform/linux/changes/Followers.h"
+#include "platform/linux/changes/Reconciler.h"
+#include "platform/linux/changes/StreamScope.h"
+#include "platform/linux/changes/SurveyRequests.h"
+
+namespace zelnor::platform {
+
+/// What a survey asks of the stream that it belongs to.
+class SurveyHost {
+ public:
+  virtual ~SurveyHost() = default;
+
+  virtual ChangeSink& sink() = 0;
+  /// Comparing `path` with the index failed.
+  virtual void couldNotCompare(const std::string& path) = 0;
+  /// The folder could not be listed for want of permission.
+  virtual void couldNotList(const std::string& folder) = 0;
+  /// All requests so far are done.
+  virtual void surveysDone() = 0;
+};
+
+/// Looks at folders on a thread of its own: follows them and what is below them, and reports what
+/// the index has otherwise.
+class Surveyor final : private ReconcileVisitor {
+ public:
+  struct Parts {
+    const StreamScope& scope;
+    Followers& followers;
+    EventDelivery& delivery;
+    std::shared_ptr<IndexView> index;
+    SurveyHost& host;
+  };
+
+  Surveyor(Parts parts, std::string label, SerialQueue::Priority priority);
+  ~Surveyor() override;
+
+  /// Thread-safe, never waits.
+  void request(std::string path, SurveyDepth depth);
+  /// Runs `work` on the surveyor's thread. Thread-safe, never waits.
+  void post(SerialQueue::Work work) { queue_.post(std::move(work)); }
+  void postAt(SerialQueue::TimePoint due, SerialQueue::Work work) {
+    queue_.postAt(due, std::move(work));
+  }
+  /// Gives up what runs and what waits; does not wait for it to end.
+  void stop() { stop_.request_stop(); }
+  /// Waits for what runs to end, after `stop`; nothing runs from then on.
+  void finish() { queue_.stop(); }
+
+  /// Looks at a root for the first time: compares it if the index knows anything below it. On the
+  /// surveyor's own thread.
+  void surveyFirst(const std::string& root);
+  /// Looks at one folder; on the surveyor's own thread.
+  void survey(const std::string& path, SurveyDepth depth);
+
+ private:
+  void work();
+  void surveyFolder(const std::string& path, SurveyDepth depth);
+  [[nodiscard]] bool isKnown(const std::string& root) const;
+  void surveyNothing(const std::string& path, SurveyDepth depth);
+
+  void willList(const std::string& folder) override;
+  void differs(std::string path, std::uint32_t flags) override;
+  void foundFolder(const std::string& path) override;
+
+  Parts parts_;
+  bool isSilent_ = false;  ///< on the surveyor's own thread
+  std::stop_source stop_;
+  std::mutex mutex_;
+  SurveyRequests requests_;
+  SerialQueue queue_;
+};
+
+}  // namespace zelnor::platform

@@ -1,0 +1,265 @@
+// Random operations on trees that are followed by an indexer which is stopped, killed and cut short
+// meanwhile. After each round, when it has settled, its index must equal what is on disk.
+//
+// As root it also unmounts and mounts roots, and tries the file-system mark; everything else then
+// runs as "nobody", so that permissions count.
+
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <random>
+#include <regex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "tests/support/TemporaryFolder.h"
+#include "tests/torture/IndexerProcess.h"
+#include "tests/torture/Operations.h"
+
+namespace {
+
+using namespace zelnor::test;
+using zelnor::platform::ChangeSourceKind;
+using Clock = std::chrono::steady_clock;
+
+constexpr uid_t kNobody = 65534;
+constexpr std::chrono::seconds kSettleLimit{40};
+constexpr std::chrono::seconds kLinkedLimit{5};
+
+struct Source {
+  const char* name;
+  ChangeSourceKind kind;
+};
+constexpr std::array<Source, 4> kSources{Source{"mark", ChangeSourceKind::fileSystemMark},
+                                         Source{"folders", ChangeSourceKind::folderMarks},
+                                         Source{"inotify", ChangeSourceKind::inotify},
+                                         Source{"sweep", ChangeSourceKind::sweep}};
+
+struct Plan {
+  std::uint64_t seed = 0;
+  int seconds = 60;
+  std::string source = "all";
+  bool mounts = true;
+};
+
+/// Does things as the user whose permissions are to count.
+class AsUser {
+ public:
+  explicit AsUser(uid_t user) : former_(::geteuid()) { become(user); }
+  AsUser(const AsUser&) = delete;
+  AsUser& operator=(const AsUser&) = delete;
+  ~AsUser() { become(former_); }
+
+ private:
+  static void become(uid_t user) {
+    if (::seteuid(user) != 0) throw std::runtime_error("cannot change the user");
+  }
+  uid_t former_;
+};
+
+/// One indexer, two roots, and a place outside. The second root, and a folder in the first, are
+/// mounts if the process may mount.
+class Playground {
+ public:
+  Playground(std::uint64_t seed, ChangeSourceKind source, bool mounts)
+      : random_(seed),
+        mayMount_(mounts && ::geteuid() == 0),
+        user_(::geteuid() == 0 && source != ChangeSourceKind::fileSystemMark ? kNobody
+                                                                             : ::geteuid()) {
+    ::chmod(base_.path().c_str(), 0755);
+    for (const char* name : {"one", "two", "outside", "state", "backing", "backing2"}) give(name);
+    {
+      const AsUser asUser(user_);
+      ::mkdir((base_ / "one/stick").c_str(), 0755);
+    }
+    if (mayMount_) mountAll();
+    operations_ = std::make_unique<Operations>(
+        seed, std::vector<std::string>{base_ / "one", base_ / "two"}, base_ / "outside");
+    std::optional<std::size_t> limit;
+    constexpr std::size_t kSmallLimit = 50;
+    if (random_() % 3 == 0) limit = kSmallLimit;
+    const AsUser asUser(user_);
+    constexpr int kOperationsBefore = 300;
+    for (int i = 0; i < kOperationsBefore; ++i) operations_->runOne();
+    // A root of which the index knows nothing would not be compared after a restart.
+    for (const char* name : {"one/kept", "two/kept"}) base_.file(name);
+    indexer_ = std::make_unique<IndexerProcess>(
+        IndexerProcess::Setup{.roots = {base_ / "one", base_ / "two"},
+                              .stateFolder = base_ / "state",
+                              .source = source,
+                              .watchLimit = limit,
+                              .user = user_});
+  }
+  Playground(const Playground&) = delete;
+  Playground& operator=(const Playground&) = delete;
+  ~Playground() {
+    indexer_.reset();
+    if (mayMount_) unmountAll();
+    removeTree(base_.path());
+  }
+
+  /// How often only comparing found what had happened to a file with several names.
+  [[nodiscard]] int mended() const { return mended_; }
+
+  /// Answers the differences that are left; none if all is well.
+  std::string round() {
+    if (auto left = settle({}); !left.empty()) return left;
+    const bool isMountRound = mayMount_ && random_() % 4 == 0;
+    const int disturbance = static_cast<int>(random_() % 6);
+    if (disturbance == 0) indexer_->pause();
+    if (disturbance == 1) indexer_->kill();
+    if (isMountRound) unmountAll();
+    work(disturbance == 0);
+    if (disturbance == 0) indexer_->resume();
+    if (disturbance == 1) indexer_->start();
+    if (disturbance == 2) {
+      indexer_->kill();
+      indexer_->start();
+    }
+    if (!isMountRound) return settle({});
+    auto left = settle({base_ / "two", base_ / "one/stick"});
+    if (!left.empty()) return "while unmounted:\n" + left;
+    mountAll();
+    return settle({});
+  }
+
+ private:
+  void give(const std::string& name) const {
+    const auto path = base_.folder(name);
+    if (::chown(path.c_str(), user_, user_) != 0) throw std::runtime_error("chown");
+  }
+
+  void work(bool floods) {
+    const AsUser asUser(user_);
+    constexpr int kMaxOperations = 400;
+    const int count = static_cast<int>(random_() % kMaxOperations);
+    for (int i = 0; i < count; ++i) {
+      operations_->runOne();
+      // Now and then time for the indexer to get in between.
+      if (random_() % 16 == 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(random_() % 20));
+    }
+    if (floods && random_() % 2 == 0) operations_->overflow();
+    if (!floods) removeTree(base_ / "one/flood");
+  }
+
+  std::string settle(const std::vector<std::string>& ignored) {
+    auto left = settleWithin(kSettleLimit, ignored);
+    // A write through a name that is gone before anybody looks at it does not tell which other
+    // names the file has: only comparing finds them.
+    if (left.empty() || !isOfLinkedFiles(left)) return left;
+    ++mended_;
+    indexer_->kill();
+    indexer_->start();
+    return settleWithin(kSettleLimit, ignored);
+  }
+
+  std::string settleWithin(std::chrono::seconds limit,
+                           const std::vector<std::string>& ignored) const {
+    std::string left;
+    const auto deadline = Clock::now() + limit;
+    do {
+      left = indexer_->difference(ignored);
+      const bool isLate = Clock::now() > deadline - limit + kLinkedLimit;
+      if (left.empty() || (isLate && isOfLinkedFiles(left))) return left;
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    } while (Clock::now() < deadline);
+    return left;
+  }
+
+  [[nodiscard]] bool isOfLinkedFiles(const std::string& differences) const {
+    static const std::regex kInode(" inode ([0-9]+)");
+    for (std::sregex_iterator found(differences.begin(), differences.end(), kInode), end;
+         found != end; ++found) {
+      if (!operations_->linked().contains(std::stoull((*found)[1]))) return false;
+    }
+    return differences.find("not on disk") == std::string::npos &&
+           differences.find("missing") == std::string::npos;
+  }
+
+  void mountAll() const {
+    bind(base_ / "backing", base_ / "two");
+    bind(base_ / "backing2", base_ / "one/stick");
+  }
+  static void bind(const std::string& from, const std::string& to) {
+    ::mkdir(to.c_str(), 0755);
+    if (::mount(from.c_str(), to.c_str(), nullptr, MS_BIND, nullptr) != 0) {
+      throw std::runtime_error("cannot mount " + to);
+    }
+  }
+  void unmountAll() const {
+    ::umount2((base_ / "two").c_str(), MNT_DETACH);
+    ::umount2((base_ / "one/stick").c_str(), MNT_DETACH);
+  }
+
+  std::mt19937_64 random_;
+  int mended_ = 0;
+  TemporaryFolder base_;
+  bool mayMount_;
+  uid_t user_;
+  std::unique_ptr<Operations> operations_;
+  std::unique_ptr<IndexerProcess> indexer_;
+};
+
+bool torture(const Source& source, const Plan& plan, Clock::time_point deadline) {
+  int rounds = 0;
+  int mended = 0;
+  for (std::uint64_t seed = plan.seed; Clock::now() < deadline; ++seed) {
+    Playground playground(seed, source.kind, plan.mounts);
+    constexpr int kRoundsPerPlayground = 12;
+    for (int i = 0; i < kRoundsPerPlayground && Clock::now() < deadline; ++i, ++rounds) {
+      const auto left = playground.round();
+      if (left.empty()) continue;
+      std::printf("%s: FAILED, seed %lu, round %d:\n%s", source.name, seed, i, left.c_str());
+      return false;
+    }
+    mended += playground.mended();
+  }
+  std::printf("%s: %d rounds from seed %lu, %d times a hard link was mended by comparing\n",
+              source.name, rounds, plan.seed, mended);
+  return true;
+}
+
+/// Mounts are ours alone.
+bool enterOwnMounts() {
+  return ::unshare(CLONE_NEWNS) == 0 &&
+         ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Plan plan{.seed = std::random_device()()};
+  CLI::App app("Changes trees at random and compares what an indexer makes of it with the disk.");
+  app.add_option("--seconds", plan.seconds, "how long, altogether")->capture_default_str();
+  app.add_option("--seed", plan.seed, "of the first tree; a failing one can be replayed");
+  app.add_option("--source", plan.source, "mark, folders, inotify, sweep or all")
+      ->capture_default_str();
+  app.add_flag("!--no-mounts", plan.mounts, "do not unmount and mount roots");
+  CLI11_PARSE(app, argc, argv);
+  std::setvbuf(stdout, nullptr, _IOLBF, 0);
+  if (plan.mounts) plan.mounts = ::geteuid() == 0 && enterOwnMounts();
+
+  std::vector<Source> sources;
+  for (const auto& source : kSources) {
+    const bool isPossible = source.kind != ChangeSourceKind::fileSystemMark || ::geteuid() == 0;
+    if (isPossible && (plan.source == "all" || plan.source == source.name)) {
+      sources.push_back(source);
+    }
+  }
+  bool isGood = true;
+  for (const auto& source : sources) {
+    const auto share = std::chrono::seconds(plan.seconds) / static_cast<int>(sources.size());
+    isGood = torture(source, plan, Clock::now() + share) && isGood;
+  }
+  return isGood ? 0 : 1;
+}

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -15,19 +13,11 @@
 
 namespace zelnor::ui {
 
-/// A view model on a fake engine, and an application that draws where nobody looks.
+/// A view model on a fake engine, on the test's own thread and time.
 class SearchFixture : public testing::Test {
  protected:
-  SearchFixture() { application(); }
   ~SearchFixture() override { main_.runReady(); }
 
-  static void application() {
-    static int argc = 1;
-    static std::string name = "test_ui";
-    static std::array<char*, 2> argv{name.data(), nullptr};
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static const QApplication theApplication(argc, argv.data());
-  }
   void settle() {
     main_.runReady();
     QApplication::processEvents();

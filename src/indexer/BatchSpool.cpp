@@ -9,8 +9,8 @@ namespace zelnor {
 
 namespace {
 
-// A spooled batch is its records one after the other: this head, then the bytes of the path. The name is the path's
-// last component.
+// A spooled batch is its records one after the other: this head, then the bytes of the path. The
+// name is the path's last component.
 struct Head {
   std::int64_t size;
   std::int64_t mtime;
@@ -60,7 +60,8 @@ BatchSpool::BatchSpool(const std::string& folder) : file_(platform::createTempor
 void BatchSpool::append(Batch batch) {
   auto waiting = write(batch);
   const std::scoped_lock lock(mutex_);
-  if (!waiting && waiting_.empty()) waiting = Waiting{.offset = 0, .bytes = 0, .inMemory = std::move(batch)};
+  if (!waiting && waiting_.empty())
+    waiting = Waiting{.offset = 0, .bytes = 0, .inMemory = std::move(batch)};
   if (waiting) {
     waiting_.push_back(std::move(*waiting));
     wake();
@@ -114,7 +115,8 @@ std::optional<BatchSpool::Batch> BatchSpool::read(Waiting& waiting) {
 }
 
 /// The first batch that waits, or else an arrival to wait for, unless nothing follows.
-std::optional<BatchSpool::Waiting> BatchSpool::take(std::shared_ptr<tasks::Completion<bool>>& arrival) {
+std::optional<BatchSpool::Waiting> BatchSpool::take(
+    std::shared_ptr<tasks::Completion<bool>>& arrival) {
   const std::scoped_lock lock(mutex_);
   if (!waiting_.empty()) {
     std::optional<Waiting> first(std::move(waiting_.front()));

@@ -16,19 +16,21 @@ namespace zelnor {
 
 /// Holds the batches of a scan, in order, until the writer takes them.
 ///
-/// A scan outruns the writer ten to one and its stream keeps only the newest few batches. The spool takes them off the
-/// stream at once and keeps them in a file without a name, so that one pass of the scan is usually enough and memory
-/// does not grow with the tree. A batch that the file system has no room for is lost, and counted: the caller scans
-/// again. Thread-safe, with one writer and one reader.
+/// A scan outruns the writer ten to one and its stream keeps only the newest few batches. The spool
+/// takes them off the stream at once and keeps them in a file without a name, so that one pass of
+/// the scan is usually enough and memory does not grow with the tree. A batch that the file system
+/// has no room for is lost, and counted: the caller scans again. Thread-safe, with one writer and
+/// one reader.
 class BatchSpool {
  public:
   using Batch = std::vector<FileRecord>;
 
-  /// Spools into `folder`. If no file can be made there every batch counts as one there is no room for.
+  /// Spools into `folder`. If no file can be made there every batch counts as one there is no room
+  /// for.
   explicit BatchSpool(const std::string& folder);
 
-  /// Adds a batch of records, whose names are the last components of their paths; writes to the disk, never waits for
-  /// the reader.
+  /// Adds a batch of records, whose names are the last components of their paths; writes to the
+  /// disk, never waits for the reader.
   void append(Batch batch);
   /// No batch follows.
   void finish();
@@ -39,8 +41,8 @@ class BatchSpool {
   [[nodiscard]] std::uint64_t lost() const;
 
  private:
-  /// Where a batch waits: in the file, or (one at a time, `bytes` is 0) in memory, so that some progress is made on a
-  /// full disk too.
+  /// Where a batch waits: in the file, or (one at a time, `bytes` is 0) in memory, so that some
+  /// progress is made on a full disk too.
   struct Waiting {
     std::int64_t offset = 0;
     std::size_t bytes = 0;

@@ -7,7 +7,8 @@ namespace zelnor {
 
 namespace {
 
-/// Rows per query: enough to make the query's own cost disappear, little enough to stay in the processor's cache.
+/// Rows per query: enough to make the query's own cost disappear, little enough to stay in the
+/// processor's cache.
 constexpr std::size_t kPageRows = 1000;
 
 class DatabaseCursor final : public platform::IndexCursor {
@@ -59,7 +60,8 @@ class DatabaseCursor final : public platform::IndexCursor {
 
 }  // namespace
 
-DatabaseIndexView::DatabaseIndexView(std::string folder, std::shared_ptr<platform::HandoverGate> gate)
+DatabaseIndexView::DatabaseIndexView(std::string folder,
+                                     std::shared_ptr<platform::HandoverGate> gate)
     : folder_(std::move(folder)), gate_(std::move(gate)), reader_(folder_) {}
 
 std::unique_ptr<platform::IndexCursor> DatabaseIndexView::open(std::stop_token stop) {
@@ -67,7 +69,8 @@ std::unique_ptr<platform::IndexCursor> DatabaseIndexView::open(std::stop_token s
   return std::make_unique<DatabaseCursor>(folder_);
 }
 
-std::vector<std::string> DatabaseIndexView::pathsWithInode(std::uint64_t inode, std::stop_token stop) {
+std::vector<std::string> DatabaseIndexView::pathsWithInode(std::uint64_t inode,
+                                                           std::stop_token stop) {
   gate_->waitForHandedOver(stop);
   const std::scoped_lock lock(mutex_);
   return reader_.pathsWithInode(std::bit_cast<std::int64_t>(inode));

@@ -10,8 +10,8 @@
 
 namespace zelnor {
 
-/// The index as the change stream sees it, on connections of its own. An index that cannot be read is an error, never
-/// an empty one.
+/// The index as the change stream sees it, on connections of its own. An index that cannot be read
+/// is an error, never an empty one.
 class DatabaseIndexView final : public platform::IndexView {
  public:
   /// `gate` counts the batches of changes on their way into the index in `folder`.

@@ -1,10 +1,11 @@
 #include "indexer/FileIndexActor.h"
 
-#include <asio/post.hpp>
 #include <chrono>
 #include <exception>
 #include <utility>
 #include <vector>
+
+#include <asio/post.hpp>
 
 #include "indexer/BatchSpool.h"
 #include "indexer/DatabaseIndexView.h"
@@ -33,7 +34,8 @@ class SpoolFinisher {
 };
 
 /// Takes the batches off the scan's stream as they come.
-tasks::Task drainInto(std::shared_ptr<BatchSpool> spool, std::shared_ptr<FileSystemScanner::Stream> stream,
+tasks::Task drainInto(std::shared_ptr<BatchSpool> spool,
+                      std::shared_ptr<FileSystemScanner::Stream> stream,
                       const tasks::Executor& executor) {
   return tasks::Task::spawn(executor, [spool, stream](std::stop_token) -> tasks::Async<void> {
     const SpoolFinisher finisher(*spool);
@@ -71,16 +73,19 @@ tasks::Async<void> FileIndexActor::replaceRebuild(IndexConfiguration config, Sta
   const auto task = co_await onActor([&] {
     indexTask_.cancel();
     mergeTask_.cancel();
-    indexTask_ = tasks::Task::spawn(strand(), [this, config = std::move(config), start, previous = indexTask_](
-                                                  std::stop_token stop) -> tasks::Async<void> {
-      // The older one stops at its next batch; two must not fill the index at once.
-      try {
-        co_await previous.wait();
-      } catch (...) {
-        // Its own caller is told.
-      }
-      co_await runRebuild(config, start, std::move(stop));
-    });
+    indexTask_ =
+        tasks::Task::spawn(strand(),
+                           [this, config = std::move(config), start,
+                            previous = indexTask_](std::stop_token stop) -> tasks::Async<void> {
+                             // The older one stops at its next batch; two must not fill the index
+                             // at once.
+                             try {
+                               co_await previous.wait();
+                             } catch (...) {
+                               // Its own caller is told.
+                             }
+                             co_await runRebuild(config, start, std::move(stop));
+                           });
     return indexTask_;
   });
   std::exception_ptr error;
@@ -95,7 +100,8 @@ tasks::Async<void> FileIndexActor::replaceRebuild(IndexConfiguration config, Sta
   if (error) std::rethrow_exception(error);
 }
 
-tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, Start start, std::stop_token stop) {
+tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, Start start,
+                                              std::stop_token stop) {
   publish([](IndexStatus& status) { status.state = IndexStatus::State::indexing(); });
   try {
     surroundings_.defaults.remove(kLastEventIDKey);
@@ -118,10 +124,12 @@ tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, Start s
     throw;
   }
   co_await startMonitoring(std::move(config));
-  mergeTask_ = tasks::Task::spawn(strand(), [this](std::stop_token s) { return mergeInSteps(std::move(s)); });
+  mergeTask_ = tasks::Task::spawn(strand(),
+                                  [this](std::stop_token s) { return mergeInSteps(std::move(s)); });
 }
 
-tasks::Async<void> FileIndexActor::fill(const IndexConfiguration& config, Start start, std::stop_token stop) {
+tasks::Async<void> FileIndexActor::fill(const IndexConfiguration& config, Start start,
+                                        std::stop_token stop) {
   if (stop.stop_requested()) throw RebuildCancelled{};
   if (start == Start::empty) co_await database_.clearAll();
   co_await database_.beginBulkLoad();
@@ -134,7 +142,8 @@ tasks::Async<void> FileIndexActor::fill(const IndexConfiguration& config, Start 
 /// One pass of the scan; answers whether it lost nothing.
 tasks::Async<bool> FileIndexActor::fillOnce(const IndexConfiguration& config, bool onlyLacking,
                                             std::int64_t& written, std::stop_token stop) {
-  const auto scan = scanner_.scan(config.includedPaths, config, [](std::int64_t) {}, surroundings_.background);
+  const auto scan =
+      scanner_.scan(config.includedPaths, config, [](std::int64_t) {}, surroundings_.background);
   const std::stop_callback stopWalk(stop, [walk = scan.walk] { walk.cancel(); });
   const auto spool = std::make_shared<BatchSpool>(surroundings_.dataFolder);
   const auto drain = drainInto(spool, scan.stream, surroundings_.background);
@@ -168,7 +177,8 @@ tasks::Async<void> FileIndexActor::startMonitoring(IndexConfiguration config) {
     if (!surroundings_.changes) return;
     fsMonitor_ = createMonitor(*currentConfig_);
     const auto last = surroundings_.defaults.get<std::uint64_t>(kLastEventIDKey).value_or(0);
-    fsMonitor_->start(currentConfig_->includedPaths, last != 0 ? last : platform::kFSEventStreamEventIdSinceNow);
+    fsMonitor_->start(currentConfig_->includedPaths,
+                      last != 0 ? last : platform::kFSEventStreamEventIdSinceNow);
   });
 }
 
@@ -189,8 +199,8 @@ std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfig
   // Reactions run on the monitor's own thread; none runs after the monitor has stopped.
   auto monitor = std::make_unique<FSEventsMonitor>(
       kLatencySeconds, [this](std::vector<FSEventItem> items) { enqueue(std::move(items)); },
-      [options](std::vector<std::string> paths, std::uint64_t sinceWhen, double latency, std::uint32_t flags,
-                platform::ChangeStream::Callback callback) {
+      [options](std::vector<std::string> paths, std::uint64_t sinceWhen, double latency,
+                std::uint32_t flags, platform::ChangeStream::Callback callback) {
         auto complete = options;
         complete.roots = std::move(paths);
         complete.sinceWhen = sinceWhen;
@@ -199,9 +209,10 @@ std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfig
         return platform::createChangeStream(std::move(complete), std::move(callback));
       });
   monitor->onRescanNeeded = [this](const FSEventRescanRequest& request) {
-    tasks::Task::spawn(strand(), [this, reason = request.reason](std::stop_token) -> tasks::Async<void> {
-      co_await scheduleAutomaticRebuild(reason);
-    });
+    tasks::Task::spawn(strand(),
+                       [this, reason = request.reason](std::stop_token) -> tasks::Async<void> {
+                         co_await scheduleAutomaticRebuild(reason);
+                       });
   };
   monitor->onLatestEventID = [&defaults = surroundings_.defaults](std::uint64_t identifier) {
     defaults.set(kLastEventIDKey, identifier);
@@ -214,7 +225,8 @@ void FileIndexActor::enqueue(std::vector<FSEventItem> events) {
   asio::post(strand(), [this, events = std::move(events)]() mutable {
     updates_.push_back(std::move(events));
     if (updateTask_ && !updateTask_.isDone()) return;
-    updateTask_ = tasks::Task::spawn(strand(), [this](std::stop_token stop) { return applyUpdates(std::move(stop)); });
+    updateTask_ = tasks::Task::spawn(
+        strand(), [this](std::stop_token stop) { return applyUpdates(std::move(stop)); });
   });
 }
 
@@ -247,12 +259,16 @@ tasks::Async<void> FileIndexActor::scheduleAutomaticRebuild(std::string reason) 
   co_await onActor([&] {
     if (autoRebuildTask_ && !autoRebuildTask_.isDone()) return;
     if (indexTask_) {
-      surroundings_.log("[FSEvents] Full rescan requested while indexing; current rebuild will refresh the index.");
+      surroundings_.log(
+          "[FSEvents] Full rescan requested while indexing; current rebuild will refresh the "
+          "index.");
       return;
     }
     if (!currentConfig_) return;
     autoRebuildTask_ = tasks::Task::spawn(
-        strand(), [this, reason = std::move(reason), config = *currentConfig_](std::stop_token) -> tasks::Async<void> {
+        strand(),
+        [this, reason = std::move(reason),
+         config = *currentConfig_](std::stop_token) -> tasks::Async<void> {
           surroundings_.log("[FSEvents] Triggering automatic full rebuild: " + reason);
           try {
             co_await rebuildIndex(config);

@@ -23,17 +23,19 @@ namespace zelnor {
 
 /// The writing side of the index: fills it from scratch and keeps it current.
 ///
-/// Operations may be awaited from any thread. The owner awaits `shutDown()` before it destroys the actor.
+/// Operations may be awaited from any thread. The owner awaits `shutDown()` before it destroys the
+/// actor.
 class FileIndexActor : public tasks::Actor {
  public:
   /// What the actor needs of the program; all of it outlives the actor.
   struct Surroundings {
-    std::string dataFolder;          ///< holds the index
-    tasks::Executor background;      ///< where blocking work runs, at least three threads
-    tasks::Executor main;            ///< where the status is written
+    std::string dataFolder;      ///< holds the index
+    tasks::Executor background;  ///< where blocking work runs, at least three threads
+    tasks::Executor main;        ///< where the status is written
     platform::DefaultsStore& defaults;
-    /// How changes are followed: what a stream needs besides the roots, their scope and the index itself, which the
-    /// actor fills in. None: they are not, and the index is as its last rebuild left it.
+    /// How changes are followed: what a stream needs besides the roots, their scope and the index
+    /// itself, which the actor fills in. None: they are not, and the index is as its last rebuild
+    /// left it.
     std::optional<platform::ChangeStreamOptions> changes = std::nullopt;
     /// Takes one line; any thread.
     std::function<void(const std::string&)> log = [](const std::string&) {};
@@ -48,28 +50,33 @@ class FileIndexActor : public tasks::Actor {
   /// What the actor is doing. Main thread only.
   LiveIndexStatus& status() { return *status_; }
 
-  /// Replaces the index with a fresh scan of `config`; returns when that rebuild has ended. A newer rebuild cancels an
-  /// older one, which then ends without an error. Throws what stopped the rebuild, which the status shows too.
+  /// Replaces the index with a fresh scan of `config`; returns when that rebuild has ended. A newer
+  /// rebuild cancels an older one, which then ends without an error. Throws what stopped the
+  /// rebuild, which the status shows too.
   tasks::Async<void> rebuildIndex(IndexConfiguration config);
 
-  /// For the launch: follows the configured roots, and makes the index complete if it is not. An empty index is
-  /// rebuilt; a rebuild that was killed halfway goes on, keeping what it has written. Otherwise the change stream catches up with
-  /// what happened meanwhile. Throws what `rebuildIndex` throws.
+  /// For the launch: follows the configured roots, and makes the index complete if it is not. An
+  /// empty index is rebuilt; a rebuild that was killed halfway goes on, keeping what it has
+  /// written. Otherwise the change stream catches up with what happened meanwhile. Throws what
+  /// `rebuildIndex` throws.
   tasks::Async<void> resume(IndexConfiguration config);
 
   /// Follows the roots of `config` from now on, in place of those before.
   tasks::Async<void> startMonitoring(IndexConfiguration config);
   tasks::Async<void> stopMonitoring();
 
-  /// Brings the rows of these paths up to date with the disk. What was delivered earlier must have ended.
+  /// Brings the rows of these paths up to date with the disk. What was delivered earlier must have
+  /// ended.
   tasks::Async<void> handleFSEvents(std::vector<FSEventItem> events);
   /// Rebuilds the index because changes were lost; one such rebuild at a time.
   tasks::Async<void> scheduleAutomaticRebuild(std::string reason);
 
-  /// Waits until the full-text table of the last rebuild has been merged; searches are right all the while.
+  /// Waits until the full-text table of the last rebuild has been merged; searches are right all
+  /// the while.
   tasks::Async<void> settled();
 
-  /// Stops whatever runs, in the middle of a statement if need be, and returns when nothing runs any more.
+  /// Stops whatever runs, in the middle of a statement if need be, and returns when nothing runs
+  /// any more.
   tasks::Async<void> shutDown();
 
  private:
@@ -79,7 +86,8 @@ class FileIndexActor : public tasks::Actor {
   tasks::Async<void> replaceRebuild(IndexConfiguration config, Start start);
   tasks::Async<void> runRebuild(IndexConfiguration config, Start start, std::stop_token stop);
   tasks::Async<void> fill(const IndexConfiguration& config, Start start, std::stop_token stop);
-  tasks::Async<bool> fillOnce(const IndexConfiguration& config, bool onlyLacking, std::int64_t& written, std::stop_token stop);
+  tasks::Async<bool> fillOnce(const IndexConfiguration& config, bool onlyLacking,
+                              std::int64_t& written, std::stop_token stop);
   tasks::Async<void> mergeInSteps(std::stop_token stop);
   std::unique_ptr<FSEventsMonitor> createMonitor(const IndexConfiguration& config);
   void enqueue(std::vector<FSEventItem> events);
@@ -95,8 +103,8 @@ class FileIndexActor : public tasks::Actor {
   tasks::Task indexTask_;
   tasks::Task autoRebuildTask_;
   tasks::Task mergeTask_;
-  /// Delivered and not yet applied, in order; two lists must not be applied at once, or the older could store what the
-  /// newer has just found gone.
+  /// Delivered and not yet applied, in order; two lists must not be applied at once, or the older
+  /// could store what the newer has just found gone.
   std::deque<std::vector<FSEventItem>> updates_;
   tasks::Task updateTask_;
   std::shared_ptr<platform::HandoverGate> gate_ = std::make_shared<platform::HandoverGate>();

@@ -13,8 +13,8 @@ struct IncrementalUpdate {
   std::vector<std::string> removals;
   std::vector<FileRecord> upserts;
 
-  /// Takes the last event of each path and looks at the entry as it is now: a record to store if it is there, else a
-  /// path to remove. Reads the disk.
+  /// Takes the last event of each path and looks at the entry as it is now: a record to store if it
+  /// is there, else a path to remove. Reads the disk.
   static IncrementalUpdate plan(std::vector<FSEventItem> events);
 };
 

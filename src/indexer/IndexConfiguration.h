@@ -27,7 +27,8 @@ struct IndexConfiguration {
   /// The home folder as the only root, and the default exclusions.
   static IndexConfiguration defaults(std::string homeFolder);
 
-  /// What was saved in `store`; nothing if there is nothing or if it is not a complete configuration.
+  /// What was saved in `store`; nothing if there is nothing or if it is not a complete
+  /// configuration.
   static std::optional<IndexConfiguration> saved(const platform::DefaultsStore& store);
   /// What was saved in `store`; the defaults if there is nothing or if it is not a complete
   /// configuration.

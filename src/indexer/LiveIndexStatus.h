@@ -18,7 +18,9 @@ class LiveIndexStatus {
     if (observer_) observer_(value_);
   }
   /// The one to be told after each change, on the main thread.
-  void observe(std::function<void(const IndexStatus&)> observer) { observer_ = std::move(observer); }
+  void observe(std::function<void(const IndexStatus&)> observer) {
+    observer_ = std::move(observer);
+  }
 
  private:
   IndexStatus value_;

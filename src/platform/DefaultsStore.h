@@ -12,8 +12,8 @@ namespace zelnor::platform {
 
 /// A per-user store of typed values under fixed keys, that survives restarts.
 ///
-/// Thread-safe. Reading never fails: a value that is missing or of another type is nothing. What cannot be written
-/// stays as it was.
+/// Thread-safe. Reading never fails: a value that is missing or of another type is nothing. What
+/// cannot be written stays as it was.
 class DefaultsStore {
  public:
   using Bytes = std::vector<std::byte>;

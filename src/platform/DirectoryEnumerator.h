@@ -11,16 +11,16 @@ namespace zelnor::platform {
 
 /// Enumerates everything below one folder, however deep.
 ///
-/// Entries come in byte order of their whole paths ("a", "a.txt", "a/b"), so that two walks can be merged; a folder
-/// comes before its contents. Each folder is read once, its entries' attributes are read relative to it, and at most
-/// one folder's listing per level is in memory. Links are listed, never followed. Folders that cannot be listed, entries that vanish
-/// meanwhile, pseudo file systems (proc, sysfs, cgroup and the like) and bind mounts of a folder into itself are passed
-/// over: the folder is listed, its contents are not.
-/// Used by one thread at a time.
+/// Entries come in byte order of their whole paths ("a", "a.txt", "a/b"), so that two walks can be
+/// merged; a folder comes before its contents. Each folder is read once, its entries' attributes
+/// are read relative to it, and at most one folder's listing per level is in memory. Links are
+/// listed, never followed. Folders that cannot be listed, entries that vanish meanwhile, pseudo
+/// file systems (proc, sysfs, cgroup and the like) and bind mounts of a folder into itself are
+/// passed over: the folder is listed, its contents are not. Used by one thread at a time.
 class DirectoryEnumerator {
  public:
   struct Options {
-    bool skipsHiddenFiles = false;         ///< names that begin with a dot, and all below such folders
+    bool skipsHiddenFiles = false;  ///< names that begin with a dot, and all below such folders
     bool skipsPackageDescendants = false;  ///< the contents of folders whose name ends in ".app"
   };
   struct Entry {
@@ -30,8 +30,8 @@ class DirectoryEnumerator {
     bool isReadable = true;  ///< by the current user; for a link: the link itself
   };
 
-  /// Nothing if `root` is not a folder or cannot be opened. `root` itself is not enumerated; it may be hidden or a
-  /// package.
+  /// Nothing if `root` is not a folder or cannot be opened. `root` itself is not enumerated; it may
+  /// be hidden or a package.
   static std::optional<DirectoryEnumerator> open(const std::string& root, Options options);
 
   DirectoryEnumerator(DirectoryEnumerator&&) noexcept;
@@ -40,7 +40,8 @@ class DirectoryEnumerator {
 
   /// The next entry, or nothing at the end.
   std::optional<Entry> next();
-  /// Leaves out what is below the entry that `next()` returned last. No effect on an entry that is no folder.
+  /// Leaves out what is below the entry that `next()` returned last. No effect on an entry that is
+  /// no folder.
   void skipDescendants();
 
  private:

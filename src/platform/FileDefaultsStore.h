@@ -7,10 +7,12 @@
 
 namespace zelnor::platform {
 
-/// The defaults store in one file, "settings.json" in `folder`, shared by the processes of one user.
+/// The defaults store in one file, "settings.json" in `folder`, shared by the processes of one
+/// user.
 ///
-/// Every change replaces the file atomically (written beside it, flushed, renamed), with 0600. A file that is damaged
-/// counts as empty and is set aside under another name before the first change, not overwritten.
+/// Every change replaces the file atomically (written beside it, flushed, renamed), with 0600. A
+/// file that is damaged counts as empty and is set aside under another name before the first
+/// change, not overwritten.
 class FileDefaultsStore final : public DefaultsStore {
  public:
   explicit FileDefaultsStore(std::string folder);

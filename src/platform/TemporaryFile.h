@@ -8,7 +8,8 @@
 
 namespace zelnor::platform {
 
-/// A file in `folder` that has no name and goes away with its descriptor; none if it cannot be made.
+/// A file in `folder` that has no name and goes away with its descriptor; none if it cannot be
+/// made.
 FileDescriptor createTemporaryFile(const std::string& folder);
 
 /// Writes or reads all of `bytes` at `offset`; false if that is not possible.

@@ -10,13 +10,13 @@ struct UserFolders {
   std::string data;    ///< the program's own data: the index and the bookmarks
   std::string config;  ///< the program's settings
 
-  /// The running user's folders, by the XDG base directory specification; `data` and `config` end in "/Zelnor". Nothing
-  /// is created.
+  /// The running user's folders, by the XDG base directory specification; `data` and `config` end
+  /// in "/Zelnor". Nothing is created.
   static UserFolders current();
 };
 
-/// Creates `folder` with any missing parents, each readable by its owner alone (0700). Existing folders stay as they
-/// are. Throws std::filesystem::filesystem_error.
+/// Creates `folder` with any missing parents, each readable by its owner alone (0700). Existing
+/// folders stay as they are. Throws std::filesystem::filesystem_error.
 void createPrivateFolder(const std::string& folder);
 
 }  // namespace zelnor::platform

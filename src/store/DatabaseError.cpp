@@ -10,7 +10,8 @@ DatabaseError DatabaseError::openFailed(std::string path, int code) {
 }
 
 DatabaseError DatabaseError::execFailed(std::string sql, std::string message, int code) {
-  return {Case::execFailed, code, std::move(sql), /*index=*/0, "SQL 执行失败：" + std::move(message)};
+  return {Case::execFailed, code, std::move(sql), /*index=*/0,
+          "SQL 执行失败：" + std::move(message)};
 }
 
 DatabaseError DatabaseError::prepareFailed(std::string sql, int code) {
@@ -19,11 +20,15 @@ DatabaseError DatabaseError::prepareFailed(std::string sql, int code) {
 }
 
 DatabaseError DatabaseError::stepFailed(int code) {
-  return {Case::stepFailed, code, {}, /*index=*/0, "SQL 执行步骤失败，错误码：" + std::to_string(code)};
+  return {
+      Case::stepFailed, code, {}, /*index=*/0, "SQL 执行步骤失败，错误码：" + std::to_string(code)};
 }
 
 DatabaseError DatabaseError::bindFailed(int index, int code) {
-  return {Case::bindFailed, code, {}, index,
+  return {Case::bindFailed,
+          code,
+          {},
+          index,
           "参数绑定失败 index=" + std::to_string(index) + "，错误码：" + std::to_string(code)};
 }
 

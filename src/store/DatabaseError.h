@@ -6,7 +6,8 @@
 
 namespace zelnor {
 
-/// A failure of the index store. `what()` is the description shown to the user; `code` is SQLite's result code.
+/// A failure of the index store. `what()` is the description shown to the user; `code` is SQLite's
+/// result code.
 class DatabaseError : public std::runtime_error {
  public:
   enum class Case : std::uint8_t { openFailed, execFailed, prepareFailed, stepFailed, bindFailed };
@@ -26,8 +27,13 @@ class DatabaseError : public std::runtime_error {
   [[nodiscard]] int index() const { return index_; }
 
  private:
-  DatabaseError(Case which, int code, std::string subject, int index, const std::string& description)
-      : std::runtime_error(description), case_(which), code_(code), subject_(std::move(subject)), index_(index) {}
+  DatabaseError(Case which, int code, std::string subject, int index,
+                const std::string& description)
+      : std::runtime_error(description),
+        case_(which),
+        code_(code),
+        subject_(std::move(subject)),
+        index_(index) {}
 
   Case case_;
   int code_;

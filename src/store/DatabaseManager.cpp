@@ -6,7 +6,8 @@
 
 namespace zelnor {
 
-DatabaseManager::DatabaseManager(const std::string& folder, const tasks::Executor& executor, Access access)
+DatabaseManager::DatabaseManager(const std::string& folder, const tasks::Executor& executor,
+                                 Access access)
     : Actor(executor),
       database_(std::make_unique<IndexDatabase>(access == Access::readWrite
                                                     ? IndexDatabase::openForWriting(folder)
@@ -28,7 +29,8 @@ tasks::Async<std::int64_t> DatabaseManager::totalFileCount() {
   co_return co_await onActor([&] { return database_->totalFileCount(); });
 }
 
-tasks::Async<std::vector<FileRecord>> DatabaseManager::search(SelectStatement statement, std::int64_t limit) {
+tasks::Async<std::vector<FileRecord>> DatabaseManager::search(SelectStatement statement,
+                                                              std::int64_t limit) {
   co_return co_await onActor([&] { return database_->search(statement, limit); });
 }
 

@@ -14,30 +14,35 @@ namespace zelnor {
 
 class IndexDatabase;
 
-/// One connection to the index, as an actor: its operations run one at a time on its executor and are awaited.
+/// One connection to the index, as an actor: its operations run one at a time on its executor and
+/// are awaited.
 ///
-/// Every operation throws DatabaseError. A process has two managers on one file, one that writes and one that answers
-/// searches; readers go on while the other writes.
+/// Every operation throws DatabaseError. A process has two managers on one file, one that writes
+/// and one that answers searches; readers go on while the other writes.
 class DatabaseManager : public tasks::Actor {
  public:
   enum class Access : std::uint8_t { readWrite, readOnly };
 
-  /// Opens "index.sqlite" in `folder`. With `readWrite` the folder and file are created if missing, and the schema is
-  /// set up; with `readOnly` nothing is written and the file must exist. Blocks: not for the main thread. Throws
-  /// DatabaseError, or std::filesystem::filesystem_error if the folder cannot be created.
-  DatabaseManager(const std::string& folder, const tasks::Executor& executor, Access access = Access::readWrite);
+  /// Opens "index.sqlite" in `folder`. With `readWrite` the folder and file are created if missing,
+  /// and the schema is set up; with `readOnly` nothing is written and the file must exist. Blocks:
+  /// not for the main thread. Throws DatabaseError, or std::filesystem::filesystem_error if the
+  /// folder cannot be created.
+  DatabaseManager(const std::string& folder, const tasks::Executor& executor,
+                  Access access = Access::readWrite);
   ~DatabaseManager();
 
   [[nodiscard]] const std::string& dbPath() const;
 
-  /// Inserts the records in one transaction; one whose path is indexed already replaces that row, under a new id.
+  /// Inserts the records in one transaction; one whose path is indexed already replaces that row,
+  /// under a new id.
   tasks::Async<void> batchInsert(std::vector<FileRecord> records);
   /// Deletes the rows with exactly these paths, in one transaction.
   tasks::Async<void> deleteByPaths(std::vector<std::string> paths);
   tasks::Async<std::int64_t> totalFileCount();
 
-  /// The rows of a search, read from a statement that selects id, name, path, size, mtime, kind and inode. An error
-  /// while stepping ends the list early. `limit` is the page size, for reserving room.
+  /// The rows of a search, read from a statement that selects id, name, path, size, mtime, kind and
+  /// inode. An error while stepping ends the list early. `limit` is the page size, for reserving
+  /// room.
   tasks::Async<std::vector<FileRecord>> search(SelectStatement statement, std::int64_t limit);
   /// The first column of the statement's first row; 0 if there is none.
   tasks::Async<std::int64_t> searchCount(SelectStatement statement);
@@ -50,16 +55,16 @@ class DatabaseManager : public tasks::Actor {
   /// The records whose path the index does not hold.
   tasks::Async<std::vector<FileRecord>> lacking(std::vector<FileRecord> records);
 
-  /// Prepares for filling the index from scratch: secondary indexes and merging of the full-text table wait until
-  /// `endBulkLoad`. What is inserted meanwhile is searchable at once, and a process that dies in between leaves an index
-  /// that the next open puts right.
+  /// Prepares for filling the index from scratch: secondary indexes and merging of the full-text
+  /// table wait until `endBulkLoad`. What is inserted meanwhile is searchable at once, and a
+  /// process that dies in between leaves an index that the next open puts right.
   tasks::Async<void> beginBulkLoad();
   /// Makes the secondary indexes and writes the log back into the database.
   tasks::Async<void> endBulkLoad();
   /// Whether a bulk load was begun, by this process or one that died, and never ended.
   tasks::Async<bool> isBulkLoadUnfinished();
-  /// Merges a part of what a bulk load left in many pieces (well under a second); answers whether more is left.
-  /// Searches are right before, and faster after.
+  /// Merges a part of what a bulk load left in many pieces (well under a second); answers whether
+  /// more is left. Searches are right before, and faster after.
   tasks::Async<bool> mergeStep();
 
   /// Makes the statement that runs now, if any, fail with SQLITE_INTERRUPT. Any thread.

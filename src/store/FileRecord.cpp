@@ -9,7 +9,8 @@
 namespace zelnor {
 
 std::optional<FileKind> fileKind(std::int64_t rawValue) {
-  if (rawValue < 0 || rawValue >= static_cast<std::int64_t>(kAllFileKinds.size())) return std::nullopt;
+  if (rawValue < 0 || rawValue >= static_cast<std::int64_t>(kAllFileKinds.size()))
+    return std::nullopt;
   return kAllFileKinds.at(static_cast<std::size_t>(rawValue));
 }
 
@@ -35,11 +36,15 @@ std::optional<FileRecord> FileRecord::fromPath(const std::string& path) {
 
 }  // namespace zelnor
 
-std::size_t std::hash<zelnor::FileRecord>::operator()(const zelnor::FileRecord& record) const noexcept {
+std::size_t std::hash<zelnor::FileRecord>::operator()(
+    const zelnor::FileRecord& record) const noexcept {
   std::size_t seed = std::hash<std::string>{}(record.path);
-  const auto mix = [&seed](std::size_t value) { seed = std::rotl(seed, 7) ^ (value * 0x9E3779B97F4A7C15ULL); };
+  const auto mix = [&seed](std::size_t value) {
+    seed = std::rotl(seed, 7) ^ (value * 0x9E3779B97F4A7C15ULL);
+  };
   mix(std::hash<std::string>{}(record.name));
-  for (const auto value : {record.id, record.size, record.mtime, record.inode}) mix(static_cast<std::size_t>(value));
+  for (const auto value : {record.id, record.size, record.mtime, record.inode})
+    mix(static_cast<std::size_t>(value));
   mix(static_cast<std::size_t>(record.kind));
   return seed;
 }

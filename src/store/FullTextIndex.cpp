@@ -11,8 +11,8 @@ namespace {
 // FTS5's own defaults.
 constexpr int kAutomerge = 4;
 constexpr int kCrisismerge = 16;
-// A flush makes a piece of about a megabyte of pending terms, and a search looks into every piece. Beyond this number
-// (some two million files) they are merged even during a bulk load.
+// A flush makes a piece of about a megabyte of pending terms, and a search looks into every piece.
+// Beyond this number (some two million files) they are merged even during a bulk load.
 constexpr int kBulkCrisismerge = 1000;
 // Pages written per step: short enough to stop soon, and to keep the log short.
 constexpr int kMergeStepPages = 1000;
@@ -22,9 +22,11 @@ constexpr int kMergeStepPages = 1000;
 FullTextIndex::FullTextIndex(sqlite3* connection)
     : connection_(connection),
       add_(connection,
-           "INSERT INTO files_fts(rowid, name, path) SELECT id, name, path FROM files WHERE id > ? ORDER BY id",
+           "INSERT INTO files_fts(rowid, name, path) SELECT id, name, path FROM files WHERE id > ? "
+           "ORDER BY id",
            /*persistent=*/true),
-      remove_(connection, "INSERT INTO files_fts(files_fts, rowid, name, path) VALUES ('delete', ?, ?, ?)",
+      remove_(connection,
+              "INSERT INTO files_fts(files_fts, rowid, name, path) VALUES ('delete', ?, ?, ?)",
               /*persistent=*/true) {}
 
 void FullTextIndex::addRowsAfter(std::int64_t id) {
@@ -75,8 +77,8 @@ void FullTextIndex::configure(const std::string& option, int value) {
   stored.bind(/*index=*/1, std::string_view(option));
   if (stored.step() && stored.integer(/*column=*/0) == value) return;
   stored.reset();
-  SchemaManager::exec(connection_, "INSERT INTO files_fts(files_fts, rank) VALUES('" + option + "', " +
-                                       std::to_string(value) + ")");
+  SchemaManager::exec(connection_, "INSERT INTO files_fts(files_fts, rank) VALUES('" + option +
+                                       "', " + std::to_string(value) + ")");
 }
 
 }  // namespace zelnor

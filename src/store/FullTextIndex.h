@@ -8,10 +8,11 @@
 
 namespace zelnor {
 
-/// Keeps table `files_fts` in step with table `files`, a batch at a time, inside the caller's transaction.
+/// Keeps table `files_fts` in step with table `files`, a batch at a time, inside the caller's
+/// transaction.
 ///
-/// It is an external-content table (FTS5 manual, section 4.4.3): it holds terms but no rows, so that a row's terms can
-/// only be removed by someone who still knows the row's texts.
+/// It is an external-content table (FTS5 manual, section 4.4.3): it holds terms but no rows, so
+/// that a row's terms can only be removed by someone who still knows the row's texts.
 class FullTextIndex {
  public:
   struct Row {

@@ -16,21 +16,23 @@ namespace zelnor {
 namespace {
 
 constexpr int kBusyTimeoutMilliseconds = 5000;
-// Pages in the log at which a commit writes it back: SQLite's default, and a rarer one for bulk loads, which write
-// the same pages again and again.
+// Pages in the log at which a commit writes it back: SQLite's default, and a rarer one for bulk
+// loads, which write the same pages again and again.
 constexpr int kCheckpointPages = 1000;
 constexpr int kBulkCheckpointPages = 16000;
 constexpr std::int64_t kReservedRows = 200;
 
-// Kept in the header field that SQLite leaves to applications, so that a process that dies during a bulk load is found
-// out by the next.
+// Kept in the header field that SQLite leaves to applications, so that a process that dies during a
+// bulk load is found out by the next.
 constexpr std::int64_t kUnfinished = 1;
 
 void setUnfinished(sqlite3* connection, bool unfinished) {
-  SchemaManager::exec(connection, "PRAGMA user_version=" + std::to_string(unfinished ? kUnfinished : 0));
+  SchemaManager::exec(connection,
+                      "PRAGMA user_version=" + std::to_string(unfinished ? kUnfinished : 0));
 }
 
-/// SQLite gives its companion files the mode of the database, which it would create readable by everybody.
+/// SQLite gives its companion files the mode of the database, which it would create readable by
+/// everybody.
 void createPrivateFile(const std::string& path) {
   const platform::FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
   if (file) ::fchmod(file.get(), 0600);
@@ -38,7 +40,8 @@ void createPrivateFile(const std::string& path) {
 
 ConnectionHandle connect(const std::string& path, int flags) {
   sqlite3* connection = nullptr;
-  const int code = sqlite3_open_v2(path.c_str(), &connection, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
+  const int code =
+      sqlite3_open_v2(path.c_str(), &connection, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
   ConnectionHandle handle(connection);
   if (code != SQLITE_OK || !handle) throw DatabaseError::openFailed(path, code);
   sqlite3_busy_timeout(connection, kBusyTimeoutMilliseconds);
@@ -64,7 +67,8 @@ void appendRecords(Statement& rows, std::vector<FileRecord>& records) {
   }
 }
 
-/// While it lives SQLite sorts in files: to make an index of a large table in memory takes as much memory as the index.
+/// While it lives SQLite sorts in files: to make an index of a large table in memory takes as much
+/// memory as the index.
 class SortingInFiles {
  public:
   explicit SortingInFiles(sqlite3* connection) : connection_(connection) {
@@ -72,7 +76,9 @@ class SortingInFiles {
   }
   SortingInFiles(const SortingInFiles&) = delete;
   SortingInFiles& operator=(const SortingInFiles&) = delete;
-  ~SortingInFiles() { sqlite3_exec(connection_, "PRAGMA temp_store=MEMORY", nullptr, nullptr, nullptr); }
+  ~SortingInFiles() {
+    sqlite3_exec(connection_, "PRAGMA temp_store=MEMORY", nullptr, nullptr, nullptr);
+  }
 
  private:
   sqlite3* connection_;
@@ -88,7 +94,8 @@ struct IndexDatabase::Writer {
                    /*persistent=*/true),
         deleteByPathStmt(connection, "DELETE FROM files WHERE path = ?", /*persistent=*/true),
         deleteByInodeStmt(connection, "DELETE FROM files WHERE inode = ?", /*persistent=*/true),
-        updateByInodeStmt(connection, "UPDATE files SET name=?, path=?, size=?, mtime=? WHERE inode=?",
+        updateByInodeStmt(connection,
+                          "UPDATE files SET name=?, path=?, size=?, mtime=? WHERE inode=?",
                           /*persistent=*/true),
         insertNew(connection,
                   "INSERT OR IGNORE INTO files(name, path, size, mtime, kind, inode) "
@@ -147,12 +154,15 @@ IndexDatabase IndexDatabase::openForWriting(const std::string& folder) {
   IndexDatabase database(path, connect(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE));
   auto* const connection = database.connection_.get();
   SchemaManager::enableWAL(connection);
-  // Debian's SQLite overwrites what is deleted; names that were in the index are no secret to the owner of the files.
+  // Debian's SQLite overwrites what is deleted; names that were in the index are no secret to the
+  // owner of the files.
   SchemaManager::exec(connection, "PRAGMA secure_delete=OFF");
-  SchemaManager::exec(connection, "PRAGMA journal_size_limit=" + std::to_string(kCheckpointPages * 4096));
+  SchemaManager::exec(connection,
+                      "PRAGMA journal_size_limit=" + std::to_string(kCheckpointPages * 4096));
   sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
 
-  // In one transaction, statements included, so that a database of another program is refused untouched.
+  // In one transaction, statements included, so that a database of another program is refused
+  // untouched.
   WriteTransaction setUp(connection);
   SchemaManager::createTables(connection);
   SchemaManager::createIndexes(connection);
@@ -246,8 +256,8 @@ void IndexDatabase::rebuildFTS() {
 
 void IndexDatabase::clearAll() {
   if (!writer_) return;
-  // Without triggers SQLite empties a table page by page, not row by row. One transaction: a process that dies
-  // in between must not leave terms of rows that are gone.
+  // Without triggers SQLite empties a table page by page, not row by row. One transaction: a
+  // process that dies in between must not leave terms of rows that are gone.
   WriteTransaction transaction(connection_.get());
   SchemaManager::exec(connection_.get(), "DELETE FROM files");
   writer_->fullText.clear();
@@ -299,7 +309,8 @@ bool IndexDatabase::mergeStep() {
 }
 
 void IndexDatabase::checkpoint() {
-  sqlite3_wal_checkpoint_v2(connection_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  sqlite3_wal_checkpoint_v2(connection_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr,
+                            nullptr);
 }
 
 }  // namespace zelnor

@@ -12,15 +12,18 @@
 
 namespace zelnor {
 
-/// One connection to the index, used by one thread at a time; every operation blocks and throws DatabaseError.
+/// One connection to the index, used by one thread at a time; every operation blocks and throws
+/// DatabaseError.
 ///
-/// The triggers of the schema keep the full-text table in step row by row, for whoever else writes to the file. This
-/// connection suspends them and feeds the full-text table itself, once per batch and in the order of row ids, in the same
-/// transaction: a statement that fires a trigger can abort halfway, so FTS5 flushes its pending terms before each one,
-/// which makes the row-by-row way several times slower.
+/// The triggers of the schema keep the full-text table in step row by row, for whoever else writes
+/// to the file. This connection suspends them and feeds the full-text table itself, once per batch
+/// and in the order of row ids, in the same transaction: a statement that fires a trigger can abort
+/// halfway, so FTS5 flushes its pending terms before each one, which makes the row-by-row way
+/// several times slower.
 class IndexDatabase {
  public:
-  /// Creates folder and file if missing and sets up the schema, or leaves a foreign database as it was.
+  /// Creates folder and file if missing and sets up the schema, or leaves a foreign database as it
+  /// was.
   static IndexDatabase openForWriting(const std::string& folder);
   /// Writes nothing; the file must exist.
   static IndexDatabase openForReading(const std::string& folder);
@@ -50,8 +53,8 @@ class IndexDatabase {
   struct Writer;
   IndexDatabase(std::string path, ConnectionHandle connection);
 
-  /// Writes the log back and shortens its file; waits for readers no longer than the busy time-out, and does not fail
-  /// if they stay.
+  /// Writes the log back and shortens its file; waits for readers no longer than the busy time-out,
+  /// and does not fail if they stay.
   void checkpoint();
 
   std::string path_;

@@ -10,17 +10,19 @@ IndexReader::IndexReader(const std::string& folder)
 IndexReader::~IndexReader() = default;
 
 std::vector<FileRecord> IndexReader::recordsFrom(std::string_view path, std::size_t limit) {
-  return database_->allRecords({"SELECT id, name, path, size, mtime, kind, inode FROM files WHERE path >= ? "
-                                "ORDER BY path LIMIT " +
-                                    std::to_string(limit),
-                                {std::string(path)}});
+  return database_->allRecords(
+      {"SELECT id, name, path, size, mtime, kind, inode FROM files WHERE path >= ? "
+       "ORDER BY path LIMIT " +
+           std::to_string(limit),
+       {std::string(path)}});
 }
 
 std::vector<std::string> IndexReader::pathsWithInode(std::int64_t inode) {
   std::vector<std::string> paths;
-  for (auto& record : database_->allRecords({"SELECT id, name, path, size, mtime, kind, inode FROM files "
-                                             "WHERE inode = ? AND kind = 0",
-                                             {inode}})) {
+  for (auto& record :
+       database_->allRecords({"SELECT id, name, path, size, mtime, kind, inode FROM files "
+                              "WHERE inode = ? AND kind = 0",
+                              {inode}})) {
     paths.push_back(std::move(record.path));
   }
   return paths;

@@ -13,16 +13,17 @@ namespace zelnor {
 
 class IndexDatabase;
 
-/// A connection for looking into the index from a thread that may wait, beside the actors. Used by one thread at a time.
-/// Operations throw DatabaseError.
+/// A connection for looking into the index from a thread that may wait, beside the actors. Used by
+/// one thread at a time. Operations throw DatabaseError.
 class IndexReader {
  public:
   /// Opens the index in `folder`, which must exist; writes nothing.
   explicit IndexReader(const std::string& folder);
   ~IndexReader();
 
-  /// Up to `limit` records in byte order of their paths, from the first whose path is `path` or comes after it. No read
-  /// transaction stays open, so that a long walk does not keep the write-ahead log from being reused.
+  /// Up to `limit` records in byte order of their paths, from the first whose path is `path` or
+  /// comes after it. No read transaction stays open, so that a long walk does not keep the
+  /// write-ahead log from being reused.
   std::vector<FileRecord> recordsFrom(std::string_view path, std::size_t limit);
   /// The paths of the files with this inode number, on any device.
   std::vector<std::string> pathsWithInode(std::int64_t inode);

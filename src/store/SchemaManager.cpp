@@ -1,10 +1,10 @@
 #include "store/SchemaManager.h"
 
-#include <sqlite3.h>
-
 #include <array>
 #include <memory>
 #include <string_view>
+
+#include <sqlite3.h>
 
 #include "store/DatabaseError.h"
 
@@ -28,16 +28,19 @@ constexpr std::array kSecondaryIndexes{
 constexpr std::array kTables{
     "CREATE TABLE IF NOT EXISTS files ( "
     "id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL, path TEXT NOT NULL, "
-    "size INTEGER NOT NULL DEFAULT 0, mtime INTEGER NOT NULL DEFAULT 0, kind INTEGER NOT NULL DEFAULT 0, "
+    "size INTEGER NOT NULL DEFAULT 0, mtime INTEGER NOT NULL DEFAULT 0, kind INTEGER NOT NULL "
+    "DEFAULT 0, "
     "inode INTEGER NOT NULL DEFAULT 0, UNIQUE(path) ) STRICT",
     "CREATE VIRTUAL TABLE IF NOT EXISTS files_fts USING fts5 ( "
     "name, path, content = files, content_rowid = id, tokenize = 'trigram case_sensitive 0' )",
     "CREATE TRIGGER IF NOT EXISTS files_ai AFTER INSERT ON files BEGIN "
     "INSERT INTO files_fts(rowid, name, path) VALUES (new.id, new.name, new.path); END",
     "CREATE TRIGGER IF NOT EXISTS files_ad AFTER DELETE ON files BEGIN "
-    "INSERT INTO files_fts(files_fts, rowid, name, path) VALUES ('delete', old.id, old.name, old.path); END",
+    "INSERT INTO files_fts(files_fts, rowid, name, path) VALUES ('delete', old.id, old.name, "
+    "old.path); END",
     "CREATE TRIGGER IF NOT EXISTS files_au AFTER UPDATE ON files BEGIN "
-    "INSERT INTO files_fts(files_fts, rowid, name, path) VALUES ('delete', old.id, old.name, old.path); "
+    "INSERT INTO files_fts(files_fts, rowid, name, path) VALUES ('delete', old.id, old.name, "
+    "old.path); "
     "INSERT INTO files_fts(rowid, name, path) VALUES (new.id, new.name, new.path); END",
     "CREATE TABLE IF NOT EXISTS schema_version ( version INTEGER NOT NULL )",
     "INSERT OR IGNORE INTO schema_version(version) VALUES (1)",
@@ -56,7 +59,8 @@ void SchemaManager::exec(sqlite3* db, const std::string& sql) {
   char* text = nullptr;
   const int code = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &text);
   const std::unique_ptr<char, SqliteFree> message(text);
-  if (code != SQLITE_OK) throw DatabaseError::execFailed(sql, message ? message.get() : "Unknown error", code);
+  if (code != SQLITE_OK)
+    throw DatabaseError::execFailed(sql, message ? message.get() : "Unknown error", code);
 }
 
 void SchemaManager::enableWAL(sqlite3* db) {
@@ -84,7 +88,8 @@ void SchemaManager::createIndexes(sqlite3* db) {
 }
 
 void SchemaManager::dropIndexes(sqlite3* db) {
-  for (const auto& index : kSecondaryIndexes) exec(db, "DROP INDEX IF EXISTS " + std::string(index.name));
+  for (const auto& index : kSecondaryIndexes)
+    exec(db, "DROP INDEX IF EXISTS " + std::string(index.name));
 }
 
 }  // namespace zelnor

@@ -6,11 +6,13 @@ struct sqlite3;
 
 namespace zelnor {
 
-/// The schema of the index, version 1, and the settings of a connection. Every operation throws DatabaseError and stops
-/// at its first failing statement; every statement may be repeated on an index that is set up already.
+/// The schema of the index, version 1, and the settings of a connection. Every operation throws
+/// DatabaseError and stops at its first failing statement; every statement may be repeated on an
+/// index that is set up already.
 class SchemaManager {
  public:
-  /// Runs one statement, or several separated by semicolons. Throws execFailed with SQLite's message.
+  /// Runs one statement, or several separated by semicolons. Throws execFailed with SQLite's
+  /// message.
   static void exec(sqlite3* db, const std::string& sql);
 
   /// Write-ahead logging and the memory limits, for every connection.

@@ -8,8 +8,9 @@ namespace zelnor {
 Statement::Statement(sqlite3* connection, std::string_view sql, bool persistent) {
   if (connection == nullptr) throw DatabaseError::prepareFailed(std::string(sql), SQLITE_ERROR);
   sqlite3_stmt* statement = nullptr;
-  const int code = sqlite3_prepare_v3(connection, sql.data(), static_cast<int>(sql.size()),
-                                      persistent ? SQLITE_PREPARE_PERSISTENT : 0U, &statement, nullptr);
+  const int code =
+      sqlite3_prepare_v3(connection, sql.data(), static_cast<int>(sql.size()),
+                         persistent ? SQLITE_PREPARE_PERSISTENT : 0U, &statement, nullptr);
   handle_.reset(statement);
   if (code != SQLITE_OK || !handle_) throw DatabaseError::prepareFailed(std::string(sql), code);
 }

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <sqlite3.h>
-
 #include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+
+#include <sqlite3.h>
 
 #include "store/SelectStatement.h"
 
@@ -21,8 +21,8 @@ using ConnectionHandle = std::unique_ptr<sqlite3, ConnectionCloser>;
 /// A prepared statement. Errors are DatabaseErrors.
 class Statement {
  public:
-  /// Compiles the whole of `sql`. Throws prepareFailed. A `persistent` statement lives long; SQLite allocates it
-  /// accordingly.
+  /// Compiles the whole of `sql`. Throws prepareFailed. A `persistent` statement lives long; SQLite
+  /// allocates it accordingly.
   Statement(sqlite3* connection, std::string_view sql, bool persistent = false);
 
   /// Makes the statement ready for its next run. Parameters keep their values.
@@ -39,7 +39,9 @@ class Statement {
   /// Runs a statement that yields no rows of interest to its end, from its start.
   void run();
 
-  [[nodiscard]] std::int64_t integer(int column) const { return sqlite3_column_int64(handle_.get(), column); }
+  [[nodiscard]] std::int64_t integer(int column) const {
+    return sqlite3_column_int64(handle_.get(), column);
+  }
   /// Bytes of a text column, valid until the next step; no data pointer for NULL.
   [[nodiscard]] std::string_view text(int column) const;
 
@@ -50,11 +52,12 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalizer> handle_;
 };
 
-/// A write transaction. Unless it was committed it is rolled back, and errors of that are ignored: the error that led
-/// there is the one that counts.
+/// A write transaction. Unless it was committed it is rolled back, and errors of that are ignored:
+/// the error that led there is the one that counts.
 class WriteTransaction {
  public:
-  /// Takes the write lock at once, so that a batch fails before its first row or not at all for want of a lock.
+  /// Takes the write lock at once, so that a batch fails before its first row or not at all for
+  /// want of a lock.
   explicit WriteTransaction(sqlite3* connection);
   WriteTransaction(const WriteTransaction&) = delete;
   WriteTransaction& operator=(const WriteTransaction&) = delete;

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <type_traits>
+#include <utility>
+
 #include <asio/co_spawn.hpp>
 #include <asio/strand.hpp>
 #include <asio/use_awaitable.hpp>
-#include <type_traits>
-#include <utility>
 
 #include "tasks/Async.h"
 
@@ -12,8 +13,8 @@ namespace zelnor::tasks {
 
 /// Base of classes whose operations run one at a time, off the thread that awaits them.
 ///
-/// Two awaits of one actor may interleave at their waiting points, never inside a step. An actor must outlive the
-/// operations awaited on it.
+/// Two awaits of one actor may interleave at their waiting points, never inside a step. An actor
+/// must outlive the operations awaited on it.
 class Actor {
  public:
   Actor(const Actor&) = delete;
@@ -23,8 +24,8 @@ class Actor {
   explicit Actor(Executor pool) : strand_(asio::make_strand(std::move(pool))) {}
   ~Actor() = default;
 
-  /// Runs `step()` on the actor and answers what it returns. `step` may be a plain function or a coroutine
-  /// (returning `Async<T>`); it is kept until it has ended.
+  /// Runs `step()` on the actor and answers what it returns. `step` may be a plain function or a
+  /// coroutine (returning `Async<T>`); it is kept until it has ended.
   template <class Step>
   auto onActor(Step step) const {
     using Result = std::invoke_result_t<Step&>;

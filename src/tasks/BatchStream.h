@@ -15,7 +15,8 @@ namespace zelnor::tasks {
 
 /// Hands batches from a producer that never waits to one consumer that awaits them.
 ///
-/// At most `capacity` batches wait; when one more arrives the oldest is discarded, and counted. Thread-safe.
+/// At most `capacity` batches wait; when one more arrives the oldest is discarded, and counted.
+/// Thread-safe.
 template <class T>
 class BatchStream {
  public:

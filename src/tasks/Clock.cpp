@@ -1,12 +1,13 @@
 #include "tasks/Clock.h"
 
+#include <memory>
+
 #include <asio/co_spawn.hpp>
 #include <asio/post.hpp>
 #include <asio/redirect_error.hpp>
 #include <asio/steady_timer.hpp>
 #include <asio/strand.hpp>
 #include <asio/use_awaitable.hpp>
-#include <memory>
 
 namespace zelnor::tasks {
 
@@ -14,8 +15,8 @@ namespace {
 
 Async<bool> sleepOn(asio::strand<Executor> strand, Clock::Duration duration, std::stop_token stop) {
   const auto timer = std::make_shared<asio::steady_timer>(strand, duration);
-  // A timer is not safe to touch from two threads: the cancellation goes through the strand too, so that it can only
-  // run after the wait below has begun.
+  // A timer is not safe to touch from two threads: the cancellation goes through the strand too, so
+  // that it can only run after the wait below has begun.
   const std::stop_callback cancelOnStop(
       stop, [strand, timer] { asio::post(strand, [timer] { timer->cancel(); }); });
   asio::error_code error;

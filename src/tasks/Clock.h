@@ -7,7 +7,8 @@
 
 namespace zelnor::tasks {
 
-/// Monotonic time, as a parameter: whoever waits is given a clock, so that tests move time themselves.
+/// Monotonic time, as a parameter: whoever waits is given a clock, so that tests move time
+/// themselves.
 class Clock {
  public:
   using Duration = std::chrono::steady_clock::duration;
@@ -17,11 +18,13 @@ class Clock {
 
   [[nodiscard]] virtual TimePoint now() const = 0;
 
-  /// Waits for `duration`, or less when `stop` is requested meanwhile. Answers whether the whole time has passed.
+  /// Waits for `duration`, or less when `stop` is requested meanwhile. Answers whether the whole
+  /// time has passed.
   virtual Async<bool> sleep(Duration duration, std::stop_token stop) = 0;
 };
 
-/// The real clock. Its timers live on `executor`, which must be backed by an `asio::io_context` (a ThreadPool is).
+/// The real clock. Its timers live on `executor`, which must be backed by an `asio::io_context` (a
+/// ThreadPool is).
 class SteadyClock final : public Clock {
  public:
   explicit SteadyClock(Executor executor) : executor_(std::move(executor)) {}

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <asio/associated_executor.hpp>
-#include <asio/async_result.hpp>
-#include <asio/post.hpp>
-#include <asio/use_awaitable.hpp>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -12,12 +8,17 @@
 #include <utility>
 #include <vector>
 
+#include <asio/associated_executor.hpp>
+#include <asio/async_result.hpp>
+#include <asio/post.hpp>
+#include <asio/use_awaitable.hpp>
+
 #include "tasks/Async.h"
 
 namespace zelnor::tasks {
 
-/// An event that happens once, with a value: set on any thread, awaited by any number of coroutines before or after.
-/// `T` must be copyable. Shared by those who set and those who wait.
+/// An event that happens once, with a value: set on any thread, awaited by any number of coroutines
+/// before or after. `T` must be copyable. Shared by those who set and those who wait.
 template <class T>
 class Completion {
  public:
@@ -34,7 +35,8 @@ class Completion {
     return value_ || error_;
   }
 
-  /// The value, once there is one. The caller keeps the completion alive, as a `shared_ptr`, while it waits.
+  /// The value, once there is one. The caller keeps the completion alive, as a `shared_ptr`, while
+  /// it waits.
   static Async<T> wait(std::shared_ptr<Completion> self) {
     co_await asio::async_initiate<const asio::use_awaitable_t<>&, void()>(
         [](auto handler, Completion* completion) {

@@ -1,11 +1,12 @@
 #include "tasks/MainQueue.h"
 
-#include <asio/execution.hpp>
-#include <asio/execution_context.hpp>
 #include <deque>
 #include <mutex>
 #include <optional>
 #include <utility>
+
+#include <asio/execution.hpp>
+#include <asio/execution_context.hpp>
 
 namespace zelnor::tasks {
 
@@ -44,7 +45,8 @@ class MainQueue::Context final : public asio::execution_context {
   Context& operator=(const Context&) = delete;
   ~Context() {
     shutdown();
-    // What waits may hold coroutines that post as they are destroyed: let them go one by one, while the queue lives.
+    // What waits may hold coroutines that post as they are destroyed: let them go one by one, while
+    // the queue lives.
     while (auto work = take()) work.reset();
   }
 
@@ -59,7 +61,8 @@ class MainQueue::Context final : public asio::execution_context {
   }
 
   void drain() {
-    // Taken one by one and counted beforehand: an item may throw or run a nested event loop without losing the rest.
+    // Taken one by one and counted beforehand: an item may throw or run a nested event loop without
+    // losing the rest.
     for (auto left = size(); left > 0; --left) {
       auto work = take();
       if (!work) return;
@@ -86,7 +89,8 @@ class MainQueue::Context final : public asio::execution_context {
   std::deque<Work> queue_;
 };
 
-/// What Asio asks of an executor: `execute`, equality and a few properties. Work never runs inside `execute`.
+/// What Asio asks of an executor: `execute`, equality and a few properties. Work never runs inside
+/// `execute`.
 class MainQueue::QueueExecutor {
  public:
   explicit QueueExecutor(Context& context) : context_(&context) {}
@@ -95,14 +99,18 @@ class MainQueue::QueueExecutor {
   void execute(F&& function) const {
     context_->push(Work(std::decay_t<F>(std::forward<F>(function))));
   }
-  [[nodiscard]] asio::execution_context& query(asio::execution::context_t /*property*/) const noexcept {
+  [[nodiscard]] asio::execution_context& query(
+      asio::execution::context_t /*property*/) const noexcept {
     return *context_;
   }
   static constexpr asio::execution::blocking_t::never_t query(
       asio::execution::blocking_t /*property*/) noexcept {
     return {};
   }
-  [[nodiscard]] QueueExecutor require(asio::execution::blocking_t::never_t /*property*/) const noexcept { return *this; }
+  [[nodiscard]] QueueExecutor require(
+      asio::execution::blocking_t::never_t /*property*/) const noexcept {
+    return *this;
+  }
 
   friend bool operator==(const QueueExecutor&, const QueueExecutor&) noexcept = default;
 
@@ -110,7 +118,8 @@ class MainQueue::QueueExecutor {
   Context* context_;
 };
 
-MainQueue::MainQueue(std::function<void()> wake) : context_(std::make_unique<Context>(std::move(wake))) {}
+MainQueue::MainQueue(std::function<void()> wake)
+    : context_(std::make_unique<Context>(std::move(wake))) {}
 MainQueue::~MainQueue() = default;
 Executor MainQueue::executor() const { return QueueExecutor(*context_); }
 void MainQueue::drain() { context_->drain(); }

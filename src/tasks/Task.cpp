@@ -1,10 +1,11 @@
 #include "tasks/Task.h"
 
+#include <system_error>
+#include <utility>
+
 #include <asio/co_spawn.hpp>
 #include <asio/detached.hpp>
 #include <asio/post.hpp>
-#include <system_error>
-#include <utility>
 
 #include "tasks/Completion.h"
 
@@ -20,13 +21,14 @@ namespace {
 /// Settles the completion however the work ends; also when it is destroyed before or while it runs.
 class Ending {
  public:
-  explicit Ending(std::shared_ptr<Completion<bool>> completion) : completion_(std::move(completion)) {}
+  explicit Ending(std::shared_ptr<Completion<bool>> completion)
+      : completion_(std::move(completion)) {}
   Ending(const Ending&) = delete;
   Ending& operator=(const Ending&) = delete;
   ~Ending() {
     if (!completion_->isSet()) {
-      completion_->fail(
-          std::make_exception_ptr(std::system_error(std::make_error_code(std::errc::operation_canceled))));
+      completion_->fail(std::make_exception_ptr(
+          std::system_error(std::make_error_code(std::errc::operation_canceled))));
     }
   }
   Completion<bool>& operator*() const { return *completion_; }
@@ -50,10 +52,12 @@ Async<void> runToEnd(std::shared_ptr<Ending> ending, std::stop_token token,
 Task Task::spawn(const Executor& executor, std::function<Async<void>(std::stop_token)> body) {
   Task task;
   task.state_ = std::make_shared<State>();
-  // co_spawn alone would run the first step inside this call if the caller is on the same thread pool.
+  // co_spawn alone would run the first step inside this call if the caller is on the same thread
+  // pool.
   asio::post(executor, [executor, ending = std::make_shared<Ending>(task.state_->ended),
                         token = task.state_->stop.get_token(), body = std::move(body)]() mutable {
-    asio::co_spawn(executor, runToEnd(std::move(ending), std::move(token), std::move(body)), asio::detached);
+    asio::co_spawn(executor, runToEnd(std::move(ending), std::move(token), std::move(body)),
+                   asio::detached);
   });
   return task;
 }

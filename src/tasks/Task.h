@@ -8,7 +8,8 @@
 
 namespace zelnor::tasks {
 
-/// A handle on work that was started and goes on by itself. Copies share the work; dropping every copy lets it run on.
+/// A handle on work that was started and goes on by itself. Copies share the work; dropping every
+/// copy lets it run on.
 ///
 /// Cancelling only asks: the work looks at its stop token where it can stop.
 class Task {
@@ -16,7 +17,8 @@ class Task {
   /// No work; `operator bool` says false.
   Task() = default;
 
-  /// Starts `body` on `executor`, never inside this call. The task owns `body`, and with it what the coroutine captured, until it has ended.
+  /// Starts `body` on `executor`, never inside this call. The task owns `body`, and with it what
+  /// the coroutine captured, until it has ended.
   static Task spawn(const Executor& executor, std::function<Async<void>(std::stop_token)> body);
 
   explicit operator bool() const { return state_ != nullptr; }
@@ -24,8 +26,9 @@ class Task {
   [[nodiscard]] bool isCancelled() const;
   [[nodiscard]] bool isDone() const;
 
-  /// Returns when the work has ended, and throws what it threw. Work that was dropped unfinished, because
-  /// its thread pool was destroyed, ends with `std::system_error` of `std::errc::operation_canceled`.
+  /// Returns when the work has ended, and throws what it threw. Work that was dropped unfinished,
+  /// because its thread pool was destroyed, ends with `std::system_error` of
+  /// `std::errc::operation_canceled`.
   [[nodiscard]] Async<void> wait() const;
 
   friend bool operator==(const Task&, const Task&) = default;

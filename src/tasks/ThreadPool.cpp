@@ -1,9 +1,10 @@
 #include "tasks/ThreadPool.h"
 
-#include <asio/executor_work_guard.hpp>
-#include <asio/io_context.hpp>
 #include <thread>
 #include <vector>
+
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
 
 namespace zelnor::tasks {
 

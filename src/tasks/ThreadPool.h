@@ -10,9 +10,10 @@ namespace zelnor::tasks {
 
 /// A fixed number of threads that run whatever is posted to `executor()`.
 ///
-/// The program has two: one for what a user waits for, one for background work, whose threads lower their own priority
-/// as they start. Destruction stops the pool: a function that runs is finished, what waits is dropped, and the threads
-/// are joined. Owners of work on a pool must be gone, or hold nothing of the work, by then.
+/// The program has two: one for what a user waits for, one for background work, whose threads lower
+/// their own priority as they start. Destruction stops the pool: a function that runs is finished,
+/// what waits is dropped, and the threads are joined. Owners of work on a pool must be gone, or
+/// hold nothing of the work, by then.
 class ThreadPool {
  public:
   /// Starts `threads` threads. `onThreadStart` runs first on each of them.

@@ -119,7 +119,10 @@ TEST_F(ReconcilerOnDisk, WhatIsOutOfScopeIsNeitherMissedNorFound) {
   std::filesystem::remove_all(root / ".h");
   std::filesystem::remove_all(root / "d.app/inside");
   std::filesystem::remove(root / "link");
-  filter = {.excludedPrefixes = {}, .skipsHidden = true, .skipsPackageContents = true, .skipsLinks = true};
+  filter = {.excludedPrefixes = {},
+            .skipsHidden = true,
+            .skipsPackageContents = true,
+            .skipsLinks = true};
   rows[root / "d.app"] = {*readAttributes(root / "d.app")};
   compare();
   EXPECT_THAT(different, IsEmpty());

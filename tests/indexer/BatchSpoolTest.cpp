@@ -1,7 +1,6 @@
-#include "indexer/BatchSpool.h"
-
 #include <gtest/gtest.h>
 
+#include "indexer/BatchSpool.h"
 #include "tests/support/MainThread.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -9,8 +8,18 @@ namespace zelnor {
 namespace {
 
 BatchSpool::Batch batch(int number) {
-  return {{.name = "a\xff\n", .path = "/x/a\xff\n", .size = number, .mtime = -number, .kind = FileKind::symlink, .inode = 3},
-          {.name = "b", .path = "/b", .size = INT64_MAX, .mtime = 0, .kind = FileKind::directory, .inode = -1}};
+  return {{.name = "a\xff\n",
+           .path = "/x/a\xff\n",
+           .size = number,
+           .mtime = -number,
+           .kind = FileKind::symlink,
+           .inode = 3},
+          {.name = "b",
+           .path = "/b",
+           .size = INT64_MAX,
+           .mtime = 0,
+           .kind = FileKind::directory,
+           .inode = -1}};
 }
 
 TEST(BatchSpool, GivesBackWhatItTookInOrder) {

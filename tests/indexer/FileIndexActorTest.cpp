@@ -1,11 +1,11 @@
-#include "indexer/FileIndexActor.h"
-
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <map>
 
+#include <gtest/gtest.h>
+
+#include "indexer/FileIndexActor.h"
 #include "tests/support/HardTree.h"
 #include "tests/support/IndependentWalk.h"
 #include "tests/support/IndexContents.h"
@@ -73,10 +73,11 @@ TEST_F(FileIndexActorTest, ANewerRebuildCancelsTheOlderWhichEndsWithoutAnError) 
   bool olderEnded = false;
   std::vector<IndexStatus> seen;
   indexer_.actor().status().observe([&](const IndexStatus& status) { seen.push_back(status); });
-  const auto older = tasks::Task::spawn(indexer_.main().executor(), [&](std::stop_token) -> tasks::Async<void> {
-    co_await indexer_.actor().rebuildIndex(test::configurationOf(tree_.path()));
-    olderEnded = true;
-  });
+  const auto older =
+      tasks::Task::spawn(indexer_.main().executor(), [&](std::stop_token) -> tasks::Async<void> {
+        co_await indexer_.actor().rebuildIndex(test::configurationOf(tree_.path()));
+        olderEnded = true;
+      });
   indexer_.main().runUntil([&] { return !seen.empty() && seen.back().processedFiles > 0; });
   indexer_.main().await(indexer_.actor().rebuildIndex(test::configurationOf(other.path())));
   indexer_.main().await(older.wait());
@@ -101,7 +102,8 @@ TEST_F(FileIndexActorTest, TheStatusCountsBatchesAndShowsTheOldTotalMeanwhile) {
       processed.push_back(status.processedFiles);
     }
   }
-  // The previous count until the first batch is written; 25,000 files in 25 folders, and one more file.
+  // The previous count until the first batch is written; 25,000 files in 25 folders, and one more
+  // file.
   EXPECT_EQ(processed, (std::vector<std::int64_t>{1, 10'000, 20'000, 25'026}));
   EXPECT_EQ(seen.back().totalFiles, 25'026);
 }
@@ -121,9 +123,10 @@ TEST_F(FileIndexActorTest, AFailedRebuildTellsCallerAndStatus) {
 
 TEST_F(FileIndexActorTest, ShuttingDownStopsARebuildAtOnce) {
   for (int i = 0; i < 30'000; ++i) tree_.file(std::to_string(i % 30) + "/" + std::to_string(i));
-  const auto rebuild = tasks::Task::spawn(indexer_.main().executor(), [&](std::stop_token) -> tasks::Async<void> {
-    co_await indexer_.actor().rebuildIndex(test::configurationOf(tree_.path()));
-  });
+  const auto rebuild =
+      tasks::Task::spawn(indexer_.main().executor(), [&](std::stop_token) -> tasks::Async<void> {
+        co_await indexer_.actor().rebuildIndex(test::configurationOf(tree_.path()));
+      });
   indexer_.main().runUntil([&] { return indexer_.actor().status().value().processedFiles > 0; });
   indexer_.main().await(indexer_.actor().shutDown());
   indexer_.main().await(rebuild.wait());

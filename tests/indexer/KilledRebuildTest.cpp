@@ -1,9 +1,10 @@
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <random>
+
+#include <gtest/gtest.h>
 
 #include "tests/support/IndexerFixture.h"
 #include "tests/support/RawDatabase.h"
@@ -13,7 +14,8 @@ namespace {
 
 constexpr int kFiles = 24'000;
 
-/// In a process of its own: fills the index again and again until it is killed. Says so before each rebuild.
+/// In a process of its own: fills the index again and again until it is killed. Says so before each
+/// rebuild.
 [[noreturn]] void rebuildForEver(const std::string& data, const std::string& tree, int announce) {
   test::Indexer indexer(data);
   for (;;) {
@@ -24,7 +26,8 @@ constexpr int kFiles = 24'000;
 }
 
 /// Kills a rebuild after `delay`, wherever it is then.
-void killARebuild(const std::string& data, const std::string& tree, std::chrono::microseconds delay) {
+void killARebuild(const std::string& data, const std::string& tree,
+                  std::chrono::microseconds delay) {
   std::array<int, 2> announcement{};
   ASSERT_EQ(pipe(announcement.data()), 0);
   const pid_t child = fork();
@@ -42,14 +45,15 @@ void killARebuild(const std::string& data, const std::string& tree, std::chrono:
 TEST(KilledRebuild, LeavesItsFinishedBatchesAndTheNextOneCompletes) {
   const test::TemporaryFolder tree;
   const test::TemporaryFolder data;
-  for (int i = 0; i < kFiles; ++i) tree.file(std::to_string(i % 100) + "/file " + std::to_string(i) + ".txt");
+  for (int i = 0; i < kFiles; ++i)
+    tree.file(std::to_string(i % 100) + "/file " + std::to_string(i) + ".txt");
   constexpr unsigned kSeed = 20;
   std::mt19937 random(kSeed);
   bool sawAPart = false;
   for (int moment = 0; moment < 50; ++moment) {
     const std::chrono::microseconds delay(random() % 1'000'000);
-    SCOPED_TRACE("seed " + std::to_string(kSeed) + ", moment " + std::to_string(moment) + ", after " +
-                 std::to_string(delay.count()) + " us");
+    SCOPED_TRACE("seed " + std::to_string(kSeed) + ", moment " + std::to_string(moment) +
+                 ", after " + std::to_string(delay.count()) + " us");
     killARebuild(data.path(), tree.path(), delay);
     test::Indexer indexer(data.path());
     const test::RawDatabase raw(data / "index.sqlite");

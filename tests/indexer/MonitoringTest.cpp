@@ -1,9 +1,10 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "tests/support/IndexContents.h"
+#include <gtest/gtest.h>
+
 #include "tests/support/IndependentWalk.h"
+#include "tests/support/IndexContents.h"
 #include "tests/support/IndexerFixture.h"
 #include "tests/support/RawDatabase.h"
 
@@ -20,7 +21,8 @@ class MonitoringTest : public testing::Test {
 
   /// Waits until the index holds what is on the disk.
   static void waitUntilCurrent(test::Indexer& indexer, const std::string& root) {
-    indexer.main().runUntil([&] { return test::indexed(indexer) == test::walkIndependently(root); });
+    indexer.main().runUntil(
+        [&] { return test::indexed(indexer) == test::walkIndependently(root); });
   }
 };
 
@@ -63,7 +65,8 @@ TEST_F(MonitoringTest, ARestartCatchesUpWithoutARebuild) {
 TEST_F(MonitoringTest, ARebuildThatWasKilledGoesOnAtTheNextLaunch) {
   tree_.file("first/a");
   tree_.file("second/b");
-  // What a process leaves that died in the middle: one root is in the index, the other is unknown to it.
+  // What a process leaves that died in the middle: one root is in the index, the other is unknown
+  // to it.
   auto& database = indexer_.actor().sharedDatabase();
   indexer_.main().await(database.beginBulkLoad());
   indexer_.main().await(database.batchInsert({*FileRecord::fromPath(tree_ / "first/a")}));
@@ -86,8 +89,12 @@ TEST_F(MonitoringTest, TheLastEventOfAPathCounts) {
     std::size_t rows;
   } rows[] = {
       {"created", {{there, EventType::created, 0}}, 1},
-      {"created, then removed", {{there, EventType::created, 0}, {there, EventType::removed, 0}}, 0},
-      {"removed, then created", {{there, EventType::removed, 0}, {there, EventType::created, 0}}, 1},
+      {"created, then removed",
+       {{there, EventType::created, 0}, {there, EventType::removed, 0}},
+       0},
+      {"removed, then created",
+       {{there, EventType::removed, 0}, {there, EventType::created, 0}},
+       1},
       {"modified, but gone", {{there, EventType::renamed, 0}, {gone, EventType::modified, 0}}, 1},
       {"renamed away", {{gone, EventType::renamed, 0}}, 1},
   };
@@ -118,7 +125,8 @@ TEST_F(MonitoringTest, TwoRequestsInARowStartOneAutomaticRebuild) {
   indexer_.main().await(actor.scheduleAutomaticRebuild("first"));
   indexer_.main().await(actor.scheduleAutomaticRebuild("second"));
   indexer_.main().runUntil([&] { return actor.status().value().lastIndexDate.has_value(); });
-  EXPECT_EQ(indexer_.log(), (std::vector<std::string>{"[FSEvents] Triggering automatic full rebuild: first"}));
+  EXPECT_EQ(indexer_.log(),
+            (std::vector<std::string>{"[FSEvents] Triggering automatic full rebuild: first"}));
 }
 
 }  // namespace

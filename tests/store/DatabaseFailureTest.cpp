@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -6,6 +5,8 @@
 #include <csignal>
 #include <functional>
 #include <optional>
+
+#include <gtest/gtest.h>
 
 #include "store/DatabaseError.h"
 #include "store/IndexDatabase.h"
@@ -31,7 +32,8 @@ TEST(DatabaseError, DescribesItselfToTheUser) {
     DatabaseError error;
     std::string description;
   } rows[] = {
-      {DatabaseError::openFailed("/a b/index.sqlite", 14), "无法打开数据库 /a b/index.sqlite，错误码：14"},
+      {DatabaseError::openFailed("/a b/index.sqlite", 14),
+       "无法打开数据库 /a b/index.sqlite，错误码：14"},
       {DatabaseError::execFailed("COMMIT", "disk full", 13), "SQL 执行失败：disk full"},
       {DatabaseError::prepareFailed("SELECT", 1), "SQL 编译失败 (code=1)：SELECT"},
       {DatabaseError::stepFailed(19), "SQL 执行步骤失败，错误码：19"},
@@ -69,8 +71,9 @@ TEST(OpeningAnIndex, FailsWithTheReasonAndHarmsNothing) {
 }
 
 TEST(OpeningAnIndex, RefusesAnotherProgramsTableAndLeavesItUntouched) {
-  for (const auto* columns : {"id INTEGER PRIMARY KEY, title TEXT", "id INTEGER PRIMARY KEY, name TEXT, path TEXT, "
-                                                                    "mtime, kind, inode, size2"}) {
+  for (const auto* columns : {"id INTEGER PRIMARY KEY, title TEXT",
+                              "id INTEGER PRIMARY KEY, name TEXT, path TEXT, "
+                              "mtime, kind, inode, size2"}) {
     const test::TemporaryFolder folder;
     const test::RawDatabase raw(folder / "index.sqlite");
     raw.exec(std::string("CREATE TABLE files (") + columns + ")");

@@ -1,8 +1,8 @@
-#include "store/DatabaseManager.h"
-
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <gtest/gtest.h>
+
+#include "store/DatabaseManager.h"
 #include "store/IndexDatabase.h"
 #include "tasks/ThreadPool.h"
 #include "tests/support/MainThread.h"
@@ -12,10 +12,12 @@
 namespace zelnor {
 namespace {
 
-FileRecord record(const std::string& name) { return {.name = name, .path = "/home/" + name, .size = 7, .inode = -3}; }
+FileRecord record(const std::string& name) {
+  return {.name = name, .path = "/home/" + name, .size = 7, .inode = -3};
+}
 
 unsigned modeOf(const std::string& path) {
-  struct stat status {};
+  struct stat status{};
   return stat(path.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
 }
 
@@ -29,7 +31,8 @@ class DatabaseManagerTest : public testing::Test {
 
   std::vector<FileRecord> all() {
     return main_.await(manager_.search(
-        {"SELECT id, name, path, size, mtime, kind, inode FROM files ORDER BY path", {}}, /*limit=*/200));
+        {"SELECT id, name, path, size, mtime, kind, inode FROM files ORDER BY path", {}},
+        /*limit=*/200));
   }
 };
 
@@ -66,9 +69,11 @@ TEST_F(DatabaseManagerTest, DeletesExactPathsOnly) {
 
 TEST_F(DatabaseManagerTest, AFailingRowLeavesNothingOfItsBatch) {
   main_.await(manager_.batchInsert({record("kept.txt")}));
-  raw_.exec("CREATE INDEX failing ON files(CASE name WHEN 'bad' THEN abs(-9223372036854775808) END)");
+  raw_.exec(
+      "CREATE INDEX failing ON files(CASE name WHEN 'bad' THEN abs(-9223372036854775808) END)");
   try {
-    main_.await(manager_.batchInsert({record("first.txt"), record("kept.txt"), record("bad"), record("last.txt")}));
+    main_.await(manager_.batchInsert(
+        {record("first.txt"), record("kept.txt"), record("bad"), record("last.txt")}));
     FAIL() << "no error";
   } catch (const DatabaseError& error) {
     EXPECT_EQ(error.which(), DatabaseError::Case::stepFailed);
@@ -81,7 +86,8 @@ TEST_F(DatabaseManagerTest, AFailingRowLeavesNothingOfItsBatch) {
 
 TEST_F(DatabaseManagerTest, SaysWhatTheIndexLacks) {
   main_.await(manager_.batchInsert({record("a"), record("b")}));
-  const auto lacking = main_.await(manager_.lacking({record("b"), record("c"), record("a"), record("d")}));
+  const auto lacking =
+      main_.await(manager_.lacking({record("b"), record("c"), record("a"), record("d")}));
   EXPECT_EQ(lacking, (std::vector{record("c"), record("d")}));
 }
 

@@ -1,10 +1,10 @@
-#include "store/FileRecord.h"
-
-#include <gtest/gtest.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <gtest/gtest.h>
+
+#include "store/FileRecord.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace zelnor {
@@ -28,7 +28,7 @@ TEST(FileRecord, DescribesTheEntryItself) {
 
   const auto record = FileRecord::fromPath(file);
   ASSERT_TRUE(record);
-  struct stat status {};
+  struct stat status{};
   ASSERT_EQ(lstat(file.c_str(), &status), 0);
   EXPECT_EQ(*record, (FileRecord{.id = 0,
                                  .name = "a \xff\n.txt",

@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <map>
 #include <random>
+
+#include <gtest/gtest.h>
 
 #include "store/IndexDatabase.h"
 #include "tests/support/RawDatabase.h"
@@ -18,12 +18,21 @@ class Exercise {
 
   void step() {
     switch (pick(12)) {
-      case 0: return clear();
-      case 1: return database_.beginBulkLoad();
-      case 2: return database_.endBulkLoad();
-      case 3: static_cast<void>(database_.mergeStep()); return;
-      case 4: case 5: case 6: return remove();
-      default: return insert();
+      case 0:
+        return clear();
+      case 1:
+        return database_.beginBulkLoad();
+      case 2:
+        return database_.endBulkLoad();
+      case 3:
+        static_cast<void>(database_.mergeStep());
+        return;
+      case 4:
+      case 5:
+      case 6:
+        return remove();
+      default:
+        return insert();
     }
   }
 
@@ -47,7 +56,8 @@ class Exercise {
     // Few names, so that paths collide within a batch and between batches; some are not UTF-8.
     record.name = "report " + std::to_string(pick(300)) + (pick(4) == 0 ? "\xff.pdf" : ".pdf");
     record.path = "/home/" + record.name;
-    // A row may be replaced by one of another name on the same path only if somebody renames it so; it must hold too.
+    // A row may be replaced by one of another name on the same path only if somebody renames it so;
+    // it must hold too.
     if (pick(10) == 0) record.name += " renamed";
     record.size = pick(1000);
     record.kind = kAllFileKinds.at(static_cast<std::size_t>(pick(3)));

@@ -22,7 +22,8 @@ class Indexer {
                 .background = pool_.executor(),
                 .main = main_.executor(),
                 .defaults = defaults_,
-                .changes = followsChanges ? std::optional(platform::ChangeStreamOptions{}) : std::nullopt,
+                .changes =
+                    followsChanges ? std::optional(platform::ChangeStreamOptions{}) : std::nullopt,
                 .log = [this](const std::string& line) { keep(line); }}) {}
   Indexer(const Indexer&) = delete;
   Indexer& operator=(const Indexer&) = delete;
@@ -48,7 +49,8 @@ class Indexer {
  private:
   void keep(const std::string& line) {
     // How folders are followed depends on the machine.
-    if (line.find("rebuild") == std::string::npos && line.find("error") == std::string::npos) return;
+    if (line.find("rebuild") == std::string::npos && line.find("error") == std::string::npos)
+      return;
     const std::scoped_lock lock(logMutex_);
     log_.push_back(line);
   }

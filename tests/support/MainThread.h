@@ -1,7 +1,5 @@
 #pragma once
 
-#include <asio/co_spawn.hpp>
-#include <asio/io_context.hpp>
 #include <chrono>
 #include <exception>
 #include <functional>
@@ -10,12 +8,15 @@
 #include <type_traits>
 #include <utility>
 
+#include <asio/co_spawn.hpp>
+#include <asio/io_context.hpp>
+
 #include "tasks/Async.h"
 
 namespace zelnor::test {
 
-/// The test's own thread as the main executor: it runs only while the test waits for something, at most for a hard
-/// time-out.
+/// The test's own thread as the main executor: it runs only while the test waits for something, at
+/// most for a hard time-out.
 class MainThread {
  public:
   [[nodiscard]] tasks::Executor executor() { return context_.get_executor(); }

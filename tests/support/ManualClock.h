@@ -36,8 +36,9 @@ class ManualClock final : public tasks::Clock {
     {
       const std::scoped_lock lock(mutex_);
       now_ += duration;
-      const auto firstDue = std::partition(sleepers_.begin(), sleepers_.end(),
-                                           [&](const Sleeper& sleeper) { return sleeper.first > now_; });
+      const auto firstDue =
+          std::partition(sleepers_.begin(), sleepers_.end(),
+                         [&](const Sleeper& sleeper) { return sleeper.first > now_; });
       due.assign(firstDue, sleepers_.end());
       sleepers_.erase(firstDue, sleepers_.end());
     }
@@ -47,8 +48,9 @@ class ManualClock final : public tasks::Clock {
   /// How many wait for a time that has not come; cancelled ones no longer count.
   [[nodiscard]] std::size_t sleeping() const {
     const std::scoped_lock lock(mutex_);
-    return static_cast<std::size_t>(std::count_if(
-        sleepers_.begin(), sleepers_.end(), [](const Sleeper& sleeper) { return !sleeper.second->isSet(); }));
+    return static_cast<std::size_t>(
+        std::count_if(sleepers_.begin(), sleepers_.end(),
+                      [](const Sleeper& sleeper) { return !sleeper.second->isSet(); }));
   }
 
  private:

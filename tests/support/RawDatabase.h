@@ -1,10 +1,10 @@
 #pragma once
 
-#include <sqlite3.h>
-
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+
+#include <sqlite3.h>
 
 namespace zelnor::test {
 
@@ -12,7 +12,8 @@ namespace zelnor::test {
 class RawDatabase {
  public:
   explicit RawDatabase(const std::string& path) {
-    if (sqlite3_open(path.c_str(), &connection_) != SQLITE_OK) throw std::runtime_error("cannot open " + path);
+    if (sqlite3_open(path.c_str(), &connection_) != SQLITE_OK)
+      throw std::runtime_error("cannot open " + path);
   }
   RawDatabase(const RawDatabase&) = delete;
   RawDatabase& operator=(const RawDatabase&) = delete;
@@ -41,8 +42,9 @@ class RawDatabase {
   /// SQLite's check of the file, and FTS5's of the full-text table against table `files`.
   [[nodiscard]] bool isSound() const {
     if (text("PRAGMA integrity_check") != "ok") return false;
-    return sqlite3_exec(connection_, "INSERT INTO files_fts(files_fts, rank) VALUES('integrity-check', 1)", nullptr,
-                        nullptr, nullptr) == SQLITE_OK;
+    return sqlite3_exec(connection_,
+                        "INSERT INTO files_fts(files_fts, rank) VALUES('integrity-check', 1)",
+                        nullptr, nullptr, nullptr) == SQLITE_OK;
   }
 
  private:

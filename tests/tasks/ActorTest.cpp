@@ -1,12 +1,11 @@
-#include "tasks/Actor.h"
-
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <stdexcept>
 #include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "tasks/Actor.h"
 #include "tasks/Task.h"
 #include "tasks/ThreadPool.h"
 #include "tests/support/MainThread.h"
@@ -14,7 +13,8 @@
 namespace zelnor::tasks {
 namespace {
 
-/// Counts without any lock: only right, and only silent under the thread sanitizer, if its steps never overlap.
+/// Counts without any lock: only right, and only silent under the thread sanitizer, if its steps
+/// never overlap.
 class Counter : public Actor {
  public:
   explicit Counter(const Executor& pool) : Actor(pool) {}

@@ -1,9 +1,8 @@
-#include "tasks/BatchStream.h"
+#include <thread>
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
+#include "tasks/BatchStream.h"
 #include "tests/support/MainThread.h"
 
 namespace zelnor::tasks {

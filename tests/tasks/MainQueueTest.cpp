@@ -1,8 +1,3 @@
-#include "tasks/MainQueue.h"
-
-#include <asio/post.hpp>
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <condition_variable>
 #include <memory>
@@ -11,7 +6,11 @@
 #include <thread>
 #include <vector>
 
+#include <asio/post.hpp>
+#include <gtest/gtest.h>
+
 #include "tasks/Clock.h"
+#include "tasks/MainQueue.h"
 #include "tasks/Task.h"
 #include "tasks/ThreadPool.h"
 

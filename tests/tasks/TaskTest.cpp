@@ -1,12 +1,11 @@
-#include "tasks/Task.h"
-
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 #include <system_error>
 
+#include <gtest/gtest.h>
+
 #include "tasks/Clock.h"
 #include "tasks/Completion.h"
+#include "tasks/Task.h"
 #include "tasks/ThreadPool.h"
 #include "tests/support/MainThread.h"
 #include "tests/support/ManualClock.h"
@@ -66,9 +65,10 @@ TEST_F(TaskTest, AClockUnderControlWakesThoseWhoseTimeHasCome) {
   int woken = 0;
   std::vector<Task> tasks;
   for (const int seconds : {3, 1, 2}) {
-    tasks.push_back(Task::spawn(main_.executor(), [&, seconds](std::stop_token stop) -> Async<void> {
-      if (co_await clock.sleep(std::chrono::seconds(seconds), stop)) ++woken;
-    }));
+    tasks.push_back(
+        Task::spawn(main_.executor(), [&, seconds](std::stop_token stop) -> Async<void> {
+          if (co_await clock.sleep(std::chrono::seconds(seconds), stop)) ++woken;
+        }));
   }
   main_.runUntil([&] { return clock.sleeping() == 3; });
   clock.advance(std::chrono::seconds(2));
@@ -82,7 +82,8 @@ TEST_F(TaskTest, WorkThatItsPoolDroppedEndsWithAnError) {
   Task task;
   {
     ThreadPool withoutThreads(0);
-    task = Task::spawn(withoutThreads.executor(), [](std::stop_token) -> Async<void> { co_return; });
+    task =
+        Task::spawn(withoutThreads.executor(), [](std::stop_token) -> Async<void> { co_return; });
   }
   EXPECT_THROW(main_.await(task.wait()), std::system_error);
 }

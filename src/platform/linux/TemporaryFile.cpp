@@ -1,8 +1,9 @@
 #include "platform/TemporaryFile.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
 #include <unistd.h>
+
+#include <stdlib.h>
 
 namespace zelnor::platform {
 

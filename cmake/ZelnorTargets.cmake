@@ -19,6 +19,9 @@ target_compile_options(zelnor_options INTERFACE
 # Everything of ours is included by its folder: "store/FileRecord.h".
 target_include_directories(zelnor_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_definitions(zelnor_options INTERFACE
+  # Asio decides by the headers before it whether there is aligned_alloc, so that two files could disagree about how
+  # memory is freed.
+  ASIO_DISABLE_STD_ALIGNED_ALLOC
   ASIO_NO_DEPRECATED ASIO_SEPARATE_COMPILATION ASIO_STANDALONE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
 
 if(ZELNOR_SANITIZER STREQUAL "address")

@@ -10,7 +10,7 @@ struct UserFolders {
   std::string data;    ///< the program's own data: the index and the bookmarks
   std::string config;  ///< the program's settings
 
-  /// The running user's folders, by the XDG base directory specification; `data` and `config` end
+  /// The running user's folders, by the XDG base directories; `data` and `config` end
   /// in "/Zelnor". Nothing is created.
   static UserFolders current();
 };

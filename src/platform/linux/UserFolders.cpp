@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kProgramFolder = "/Zelnor";
 
 /// The value of an environment variable that names a folder; empty if it is unset or relative. The
-/// XDG base directory specification asks to ignore relative paths.
+/// The XDG base directory rules ask to ignore relative paths.
 std::string absoluteFromEnvironment(const char* variable) {
   const char* const value = std::getenv(variable);
   return value != nullptr && *value == '/' ? value : std::string();

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/FileAttributes.h"
 
@@ -43,6 +44,9 @@ class DirectoryEnumerator {
   /// Leaves out what is below the entry that `next()` returned last. No effect on an entry that is
   /// no folder.
   void skipDescendants();
+  /// The folders that were passed over since the last call although they are there, wholly or in
+  /// part: no permission, an I/O error. What is in them is not known; they are not empty.
+  std::vector<std::string> takeUnlisted();
 
  private:
   struct State;

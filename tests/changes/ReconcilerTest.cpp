@@ -1,3 +1,4 @@
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -63,6 +64,7 @@ class ReconcilerOnDisk : public testing::Test, private ReconcileVisitor {
     different.clear();
     listed.clear();
     found.clear();
+    unlisted.clear();
     const StreamScope scope({root.path()}, filter, {});
     MapCursor cursor(rows);
     Reconciler(scope, *this, {}).compare(root.path(), &cursor, depth);
@@ -75,6 +77,7 @@ class ReconcilerOnDisk : public testing::Test, private ReconcileVisitor {
   std::set<std::string> different;
   std::vector<std::string> listed;
   std::vector<std::string> found;
+  std::vector<std::string> unlisted;
 
  private:
   [[nodiscard]] std::string shorten(const std::string& path) const {
@@ -84,6 +87,7 @@ class ReconcilerOnDisk : public testing::Test, private ReconcileVisitor {
   void differs(std::string path, std::uint32_t /*flags*/) override {
     different.insert(shorten(path));
   }
+  void couldNotList(const std::string& folder) override { unlisted.push_back(shorten(folder)); }
   void foundFolder(const std::string& path) override { found.push_back(shorten(path)); }
 };
 
@@ -127,6 +131,20 @@ TEST_F(ReconcilerOnDisk, WhatIsOutOfScopeIsNeitherMissedNorFound) {
   compare();
   EXPECT_THAT(different, IsEmpty());
   EXPECT_THAT(listed, ElementsAre("", "b", "b/y", "d.app"));
+}
+
+TEST_F(ReconcilerOnDisk, SaysWhichFoldersItCouldNotLookInto) {
+  scan();
+  ::chmod(root.path().c_str(), 0755);
+  ::chmod((root / "b/y").c_str(), 0);
+  const auto user = ::geteuid();
+  constexpr uid_t kNobody = 65534;
+  // Root may look into any folder.
+  ASSERT_EQ(::seteuid(user == 0 ? kNobody : user), 0);
+  compare();
+  ASSERT_EQ(::seteuid(user), 0);
+  ::chmod((root / "b/y").c_str(), 0700);
+  EXPECT_THAT(unlisted, ElementsAre("b/y"));
 }
 
 TEST_F(ReconcilerOnDisk, OfChildrenAloneComparesNothingBelowThoseThatAreThere) {

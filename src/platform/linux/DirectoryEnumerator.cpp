@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -30,6 +31,12 @@ bool descentPrecedes(std::string_view folder, std::string_view name) {
          static_cast<unsigned char>(name[folder.size()]) > '/';
 }
 
+/// Whether this is why an entry that was listed cannot be looked at: it was removed or replaced
+/// meanwhile. Without an error there was no reason but the walk's own.
+bool isGone(int error) {
+  return error == 0 || error == ENOENT || error == ENOTDIR || error == ELOOP;
+}
+
 bool mayBeMountPoint(const struct statx& status) {
   // Before Linux 5.8 the kernel did not tell.
   const bool isTold = (status.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0;
@@ -47,7 +54,7 @@ struct DirectoryEnumerator::State {
   };
 
   State(FolderChain root, Options choices) : chain(std::move(root)), options(choices) {
-    listings.push(chain.descriptor(), options.skipsHiddenFiles);
+    list();
   }
 
   std::optional<Entry> next() {
@@ -69,6 +76,8 @@ struct DirectoryEnumerator::State {
     if (std::exchange(lastEntryDescends, false)) descents.pop_back();
   }
 
+  std::vector<std::string> takeUnlisted() { return std::exchange(unlisted, {}); }
+
  private:
   [[nodiscard]] bool isDescentNext() const {
     if (descents.empty() || descents.back().depth != chain.depth()) return false;
@@ -80,14 +89,25 @@ struct DirectoryEnumerator::State {
     const auto descent = descents.back();
     descents.pop_back();
     chain.point(listings.text(descent.name));
-    if (!chain.enter(/*unlessAncestor=*/descent.mayBeMountPoint)) return;
-    listings.push(chain.descriptor(), options.skipsHiddenFiles);
+    errno = 0;
+    if (!chain.enter(/*unlessAncestor=*/descent.mayBeMountPoint)) {
+      if (!isGone(errno)) noteUnlisted(chain.path());
+      return;
+    }
+    list();
+  }
+
+  void list() {
+    if (!listings.push(chain.descriptor(), options.skipsHiddenFiles)) noteUnlisted(chain.path());
   }
 
   std::optional<Entry> read(ListingStack::Name name) {
     chain.point(listings.text(name));
     const auto status = readStatus(chain.descriptor(), chain.name());
-    if (!status) return std::nullopt;
+    if (!status) {
+      if (!isGone(errno)) noteUnlisted(chain.path().substr(0, chain.path().rfind('/')));
+      return std::nullopt;
+    }
     const auto attributes = attributesFrom(*status);
     const auto path = chain.path();
     const auto entryName = path.substr(path.size() - name.length);
@@ -101,6 +121,10 @@ struct DirectoryEnumerator::State {
                  .name = entryName,
                  .attributes = attributes,
                  .isReadable = isReadable(*status)};
+  }
+
+  void noteUnlisted(std::string_view folder) {
+    if (unlisted.empty() || unlisted.back() != folder) unlisted.emplace_back(folder);
   }
 
   [[nodiscard]] bool isEntered(std::string_view name, const struct statx& folder,
@@ -120,6 +144,7 @@ struct DirectoryEnumerator::State {
   Options options;
   ListingStack listings;
   std::vector<Descent> descents;
+  std::vector<std::string> unlisted;
   bool lastEntryDescends = false;  ///< the entry that `next` returned last is on top of `descents`
   uid_t user = ::geteuid();
 };
@@ -137,6 +162,9 @@ DirectoryEnumerator& DirectoryEnumerator::operator=(DirectoryEnumerator&&) noexc
 DirectoryEnumerator::~DirectoryEnumerator() = default;
 
 std::optional<DirectoryEnumerator::Entry> DirectoryEnumerator::next() { return state_->next(); }
+std::vector<std::string> DirectoryEnumerator::takeUnlisted() {
+  return state_->takeUnlisted();
+}
 void DirectoryEnumerator::skipDescendants() { state_->skipDescendants(); }
 
 }  // namespace zelnor::platform

@@ -47,6 +47,7 @@ void FolderChain::point(std::string_view name) {
 
 bool FolderChain::enter(bool unlessAncestor) {
   auto file = openPointed();
+  if (!file) return false;
   const auto identity = identify(file);
   if (!identity || (unlessAncestor && contains(*identity))) return false;
   folders_.push_back({.file = std::move(file), .identity = *identity, .pathLength = path_.size()});

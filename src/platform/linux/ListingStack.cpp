@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <algorithm>
+#include <cerrno>
 
 namespace zelnor::platform {
 
@@ -20,12 +21,13 @@ bool isListed(std::string_view name, bool skipsHidden) {
 
 ListingStack::ListingStack() : buffer_(kBufferSize) {}
 
-void ListingStack::push(int folder, bool skipsHidden) {
+bool ListingStack::push(int folder, bool skipsHidden) {
   listings_.push_back(
       {.firstText = texts_.size(), .firstName = names_.size(), .next = names_.size()});
-  readNames(folder, skipsHidden);
+  const bool isComplete = readNames(folder, skipsHidden);
   const auto first = names_.begin() + static_cast<std::ptrdiff_t>(listings_.back().firstName);
   std::sort(first, names_.end(), [this](Name a, Name b) { return text(a) < text(b); });
+  return isComplete;
 }
 
 void ListingStack::pop() {
@@ -34,7 +36,7 @@ void ListingStack::pop() {
   listings_.pop_back();
 }
 
-void ListingStack::readNames(int folder, bool skipsHidden) {
+bool ListingStack::readNames(int folder, bool skipsHidden) {
   // getdents64 fills the buffer with records of different lengths, see getdents(2).
   ssize_t filled = 0;
   while ((filled = ::getdents64(folder, buffer_.data(), buffer_.size())) > 0) {
@@ -44,6 +46,7 @@ void ListingStack::readNames(int folder, bool skipsHidden) {
       if (const std::string_view name = entry->d_name; isListed(name, skipsHidden)) add(name);
     }
   }
+  return filled == 0 || errno == ENOENT;  // removed meanwhile
 }
 
 void ListingStack::add(std::string_view name) {

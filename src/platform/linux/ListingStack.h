@@ -20,10 +20,10 @@ class ListingStack {
 
   ListingStack();
 
-  /// Reads the names in `folder`, an open folder, and puts them on top in byte order. If reading
-  /// fails half-way, the names up to there are kept. Names that begin with a dot are left out if
-  /// `skipsHidden`.
-  void push(int folder, bool skipsHidden);
+  /// Reads the names in `folder`, an open folder, and puts them on top in byte order. Names that
+  /// begin with a dot are left out if `skipsHidden`. Answers whether these are all: if reading fails
+  /// half-way, the names up to there are kept.
+  bool push(int folder, bool skipsHidden);
   void pop();
 
   /// Whether all names of the top listing have been taken.
@@ -43,7 +43,7 @@ class ListingStack {
     std::size_t firstName;
     std::size_t next;
   };
-  void readNames(int folder, bool skipsHidden);
+  bool readNames(int folder, bool skipsHidden);
   void add(std::string_view name);
 
   std::vector<std::byte> buffer_;

@@ -19,6 +19,8 @@ using std::chrono::steady_clock;
 constexpr milliseconds kNap{10};
 /// How often a root that is missing is looked for.
 constexpr milliseconds kAwayInterval{2000};
+/// Before a folder that could not be listed is tried again.
+constexpr milliseconds kRetryPause{200};
 /// A pause between sweeps lasts at least so many times as long as a sweep.
 constexpr int kSweepShare = 10;
 
@@ -188,26 +190,32 @@ bool LinuxChangeStream::becameReadable(const std::string& folder) {
   const bool isReadable = canLookInto(folder);
   const std::scoped_lock lock(mutex_);
   if (!isReadable) {
-    unreadable_.insert(folder);
+    unreadable_.try_emplace(folder, 0);
     return false;
   }
   const auto count = unreadable_.size();
-  std::erase_if(unreadable_, [&folder](const auto& path) { return isAtOrBelow(folder, path); });
+  std::erase_if(unreadable_,
+                [&folder](const auto& entry) { return isAtOrBelow(folder, entry.first); });
   return unreadable_.size() != count;
 }
 
 void LinuxChangeStream::couldNotLook(const std::string& path) {
   const std::scoped_lock lock(mutex_);
-  unreadable_.emplace(parentOf(path));
+  unreadable_.try_emplace(std::string(parentOf(path)), 0);
 }
 
 void LinuxChangeStream::couldNotList(const std::string& folder) {
+  constexpr int kMaxAttempts = 3;
+  int attempts = 0;
   {
     const std::scoped_lock lock(mutex_);
-    unreadable_.insert(folder);
+    attempts = ++unreadable_[folder];
   }
-  // It may have become readable before that was noted.
-  if (becameReadable(folder)) prompt_->request(folder, SurveyDepth::tree);
+  // It may have become readable before that was noted, and nobody tells again. Other reasons, like
+  // an I/O error, can last.
+  if (attempts > kMaxAttempts || !canLookInto(folder)) return;
+  prompt_->postAt(steady_clock::now() + attempts * kRetryPause,
+                  [this, folder] { prompt_->request(folder, SurveyDepth::tree); });
 }
 
 void LinuxChangeStream::changesLost() {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <chrono>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -87,7 +87,8 @@ class LinuxChangeStream final : public ChangeStream,
   std::thread listener_;
 
   std::mutex mutex_;
-  std::set<std::string> unreadable_;  ///< folders that could not be looked into
+  /// Folders that could not be looked into, and how often that was tried.
+  std::map<std::string, int> unreadable_;
   bool isSweepScheduled_ = false;
 
   // On the background surveyor's thread.

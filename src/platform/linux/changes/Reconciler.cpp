@@ -159,10 +159,14 @@ void Reconciler::compare(const std::string& folder, IndexCursor* known, Depth de
   auto walk = DirectoryEnumerator::open(folder.empty() ? "/" : folder,
                                         {.skipsHiddenFiles = filter.skipsHidden,
                                          .skipsPackageDescendants = filter.skipsPackageContents});
-  if (!walk) return;
+  if (!walk) {
+    visitor_.couldNotList(folder);
+    return;
+  }
   Merge merge(scope_, visitor_, depth, KnownEntries(folder, known));
   while (!stop_.stop_requested()) {
     const auto entry = walk->next();
+    for (const auto& unlisted : walk->takeUnlisted()) visitor_.couldNotList(unlisted);
     if (!entry) {
       merge.passMissing(std::nullopt);
       return;

@@ -19,6 +19,8 @@ class ReconcileVisitor {
   virtual void willList(const std::string& folder) = 0;
   /// The entry at `path` is not in the index as it is on disk.
   virtual void differs(std::string path, std::uint32_t flags) = 0;
+  /// The folder is there but could not be listed, or not all of it be looked at.
+  virtual void couldNotList(const std::string& folder) = 0;
   /// Only with Depth::children: a folder that the index does not know, at least not at this path.
   virtual void foundFolder(const std::string& path) = 0;
 };

@@ -25,6 +25,7 @@ constexpr const char* kFileName = "/mount-points";
 constexpr std::uint32_t kNamesMask =
     IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ATTRIB | IN_ONLYDIR;
 constexpr std::uint32_t kRootMask = IN_MOVE_SELF | IN_DELETE_SELF | IN_ATTRIB | IN_ONLYDIR;
+constexpr std::uint32_t kMoveMask = IN_MOVED_FROM | IN_MOVED_TO | IN_MOVE_SELF;
 
 /// Whether something is in the folder; not if it cannot be listed.
 bool holdsEntries(const std::string& folder) {
@@ -96,7 +97,8 @@ void RootGuard::lookAt(Root& root, const MountTable& mounts, News& news) {
 void RootGuard::settle(Root& root, const Identity& identity, const MountTable& mounts, News& news) {
   const bool isSeenBefore = root.identity.has_value();
   const bool isSame = root.identity == identity;
-  const bool isBack = std::exchange(root.isAway, false);
+  // What changed while it was elsewhere, however short, went by another name.
+  const bool isBack = std::exchange(root.isAway, false) || std::exchange(root.wasMoved, false);
   // A file system can have another number each time it is mounted.
   const bool mayDiffer = std::exchange(root.wasUnmounted, false);
   root.identity = identity;
@@ -156,6 +158,7 @@ bool RootGuard::isAnyAway() const {
 }
 
 bool RootGuard::takeHints() {
+  const std::scoped_lock lock(mutex_);
   bool isHint = false;
   constexpr std::size_t kBufferSize = std::size_t{16} * 1024;
   alignas(inotify_event) std::array<char, kBufferSize> buffer{};
@@ -166,20 +169,36 @@ bool RootGuard::takeHints() {
       const auto& event = *reinterpret_cast<const inotify_event*>(buffer.data() + offset);
       offset += static_cast<ssize_t>(sizeof event + event.len);
       // The folders above the roots can be busy with other names.
-      isHint = isHint || event.len == 0 || components_.contains(event.name);
+      if (event.len != 0 && !components_.contains(event.name)) continue;
+      isHint = true;
+      if ((event.mask & kMoveMask) != 0) noteMove(event.wd, event.len != 0 ? event.name : "");
     }
   }
 }
 
+/// What `name` leads to in the folder that is watched as `watch`, or that folder itself, was moved.
+void RootGuard::noteMove(int watch, std::string_view name) {
+  const auto folder = watches_.find(watch);
+  if (folder == watches_.end()) return;
+  const auto moved = name.empty() ? folder->second : folder->second + '/' + std::string(name);
+  for (auto& root : roots_) root.wasMoved = root.wasMoved || isAtOrBelow(moved, root.path);
+}
+
 /// Watches the root, and in every folder above it the name that leads to it.
 void RootGuard::watchNames(const std::string& root) {
-  if (!names_) return;
-  ::inotify_add_watch(names_.get(), root.empty() ? "/" : root.c_str(), kRootMask);
+  watch(root, kRootMask);
+  if (root.empty()) return;
   for (auto folder = parentOf(root); !folder.empty(); folder = parentOf(folder)) {
-    const std::string path(folder);
-    ::inotify_add_watch(names_.get(), path.c_str(), kNamesMask | IN_MASK_ADD);
+    watch(std::string(folder), kNamesMask);
   }
-  if (!root.empty()) ::inotify_add_watch(names_.get(), "/", kNamesMask | IN_MASK_ADD);
+  watch("", kNamesMask);
+}
+
+void RootGuard::watch(const std::string& folder, std::uint32_t mask) {
+  if (!names_) return;
+  const char* path = folder.empty() ? "/" : folder.c_str();
+  const int watch = ::inotify_add_watch(names_.get(), path, mask | IN_MASK_ADD);
+  if (watch >= 0) watches_.insert_or_assign(watch, folder);
 }
 
 void RootGuard::recall() {

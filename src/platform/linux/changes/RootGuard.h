@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -57,6 +58,7 @@ class RootGuard {
     std::optional<std::string> mountPoint;  ///< that it is on
     bool isAway = false;
     bool wasUnmounted = false;
+    bool wasMoved = false;  ///< since the last look, be it there and back
   };
 
   static std::optional<Identity> identify(const std::string& path);
@@ -65,6 +67,8 @@ class RootGuard {
   void lookBelow(const MountTable& mounts, News& news);
   void leave(const std::string& point, News& news);
   void watchNames(const std::string& root);
+  void watch(const std::string& folder, std::uint32_t mask);
+  void noteMove(int watch, std::string_view name);
   void recall();
   void remember();
 
@@ -75,6 +79,7 @@ class RootGuard {
   std::set<std::string> components_;  ///< of the roots' paths
   const std::string memory_;          ///< the file; empty: none
   std::string remembered_;
+  std::map<int, std::string> watches_;  ///< what inotify watches, by its identifier
   FileDescriptor names_;
   FileDescriptor mountInfo_;
 };

@@ -87,7 +87,7 @@ void Surveyor::surveyNothing(const std::string& path, SurveyDepth depth) {
 void Surveyor::willList(const std::string& folder) {
   const bool isRoot = parts_.scope.isRoot(folder);
   if (!parts_.followers.follow(folder, isRoot, parts_.host.sink())) {
-    parts_.host.couldNotList(folder);
+    couldNotList(folder);
   }
 }
 

@@ -71,6 +71,7 @@ class Surveyor final : private ReconcileVisitor {
 
   void willList(const std::string& folder) override;
   void differs(std::string path, std::uint32_t flags) override;
+  void couldNotList(const std::string& folder) override { parts_.host.couldNotList(folder); }
   void foundFolder(const std::string& path) override;
 
   Parts parts_;

@@ -218,6 +218,19 @@ void LinuxChangeStream::couldNotList(const std::string& folder) {
                   [this, folder] { prompt_->request(folder, SurveyDepth::tree); });
 }
 
+/// Looks whether folders can be looked into again that nobody tells of: what they are in was followed
+/// and is swept now.
+void LinuxChangeStream::retryUnreadable() {
+  std::vector<std::string> folders;
+  {
+    const std::scoped_lock lock(mutex_);
+    for (const auto& [folder, attempts] : unreadable_) folders.push_back(folder);
+  }
+  for (const auto& folder : folders) {
+    if (becameReadable(folder)) background_->survey(folder, SurveyDepth::tree);
+  }
+}
+
 void LinuxChangeStream::changesLost() {
   for (const auto& root : scope_.roots()) {
     if (options_.index) {
@@ -264,6 +277,7 @@ void LinuxChangeStream::sweep() {
   } else {
     followers_.swept().sweep(compare, isStopped);
   }
+  retryUnreadable();
   {
     const std::scoped_lock lock(mutex_);
     lastSweepTook_ = steady_clock::now() - begin;

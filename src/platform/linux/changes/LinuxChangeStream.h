@@ -70,6 +70,7 @@ class LinuxChangeStream final : public ChangeStream,
 
   void scheduleSweep();
   void sweep();
+  void retryUnreadable();
 
   const ChangeStreamOptions options_;
   const StreamScope scope_;

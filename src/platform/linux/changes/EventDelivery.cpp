@@ -18,6 +18,10 @@ constexpr std::uint32_t kContentFlags =
 constexpr std::uint32_t kPresentFlags =
     kContentFlags | kFSEventStreamEventFlagItemCreated | kFSEventStreamEventFlagItemRenamed;
 
+/// What is in a folder that was reported so may not have been looked at.
+constexpr std::uint32_t kNoFolderFlags =
+    kFSEventStreamEventFlagItemRemoved | kFSEventStreamEventFlagItemIsFile;
+
 std::uint32_t kindFlag(const FileAttributes& attributes) {
   if (attributes.isSymlink) return kFSEventStreamEventFlagItemIsSymlink;
   return attributes.isDirectory ? kFSEventStreamEventFlagItemIsDir
@@ -166,6 +170,7 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
   if (!state.isReadable || !scope_.includes(change.path, kindOf(state.attributes))) {
     return removalIfKnown(change.path);
   }
+  if (state.isFolder() && (change.flags & kNoFolderFlags) != 0) places_->foundFolder(change.path);
   if (state.hasOtherNames && !areNamesReported(change)) {
     reportOtherNames(change.path, state.attributes.inode);
   }

@@ -29,6 +29,8 @@ class PlaceKeeper {
   virtual bool isInPlace(std::string_view path) = 0;
   /// The entry at `path` could not be looked at.
   virtual void couldNotLook(const std::string& path) = 0;
+  /// There is a folder at `path` where nobody saw one: what is in it is not known.
+  virtual void foundFolder(const std::string& path) = 0;
 };
 
 /// Turns changed paths into events: collects them over the latency, looks at each one, numbers the
@@ -47,7 +49,8 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   /// When it returns no callback runs and none follows.
   void stop();
 
-  /// Something about the entry at `path` changed. Out of scope: ignored. Thread-safe, never waits.
+  /// Something about the entry at `path` changed. Whoever saw that it left, or that it is no folder,
+  /// says so (ItemRemoved, ItemIsFile). Out of scope: ignored. Thread-safe, never waits.
   void changed(std::string path, std::uint32_t flags);
   /// Reports `path` with exactly these flags. Thread-safe, never waits.
   void announce(std::string path, std::uint32_t flags);

@@ -29,7 +29,8 @@ std::uint32_t flagsOf(const FolderChange& change) {
   const auto add = [&flags](bool isTrue, std::uint32_t flag) { flags |= isTrue ? flag : 0; };
   add(change.renamed, kFSEventStreamEventFlagItemRenamed);
   add(change.arrived && !change.renamed, kFSEventStreamEventFlagItemCreated);
-  add(change.left && !change.renamed, kFSEventStreamEventFlagItemRemoved);
+  add(change.left, kFSEventStreamEventFlagItemRemoved);
+  add(!change.isFolder, kFSEventStreamEventFlagItemIsFile);
   add(change.written, kFSEventStreamEventFlagItemModified);
   add(change.attributesChanged, kFSEventStreamEventFlagItemInodeMetaMod);
   return flags;
@@ -202,6 +203,10 @@ bool LinuxChangeStream::becameReadable(const std::string& folder) {
 void LinuxChangeStream::couldNotLook(const std::string& path) {
   const std::scoped_lock lock(mutex_);
   unreadable_.try_emplace(std::string(parentOf(path)), 0);
+}
+
+void LinuxChangeStream::foundFolder(const std::string& path) {
+  prompt_->request(path, SurveyDepth::tree);
 }
 
 void LinuxChangeStream::couldNotList(const std::string& folder) {

@@ -61,6 +61,7 @@ class LinuxChangeStream final : public ChangeStream,
 
   bool isInPlace(std::string_view path) override { return guard_.isInPlace(path); }
   void couldNotLook(const std::string& path) override;
+  void foundFolder(const std::string& path) override;
   bool becameReadable(const std::string& folder);
 
   ChangeSink& sink() override { return *this; }

@@ -100,10 +100,15 @@ class Merge {
     if (!entry.isReadable) {
       if (isKnown) reportMissing();
     } else if (!isKnown) {
-      visitor_.differs(std::string(entry.path), kFSEventStreamEventFlagItemCreated);
+      report(entry, kFSEventStreamEventFlagItemCreated);
     } else if (!isSame(*known_.current(), entry.attributes)) {
-      visitor_.differs(std::string(entry.path), kFSEventStreamEventFlagItemModified);
+      report(entry, kFSEventStreamEventFlagItemModified);
     }
+  }
+
+  void report(const Entry& entry, std::uint32_t flags) {
+    if (!entry.attributes.isDirectory) flags |= kFSEventStreamEventFlagItemIsFile;
+    visitor_.differs(std::string(entry.path), flags);
   }
 
   void enter(const Entry& entry, bool isKnown, DirectoryEnumerator& walk) {

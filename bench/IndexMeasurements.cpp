@@ -150,8 +150,7 @@ std::vector<IndexMeasurement> measureClearing(const std::string& data) {
 void setRatios(std::vector<IndexMeasurement>& measurements) {
   for (auto& measurement : measurements) {
     const auto yardstick =
-        std::find_if(measurements.begin(), measurements.end(),
-                     [&](const auto& other) { return other.name == measurement.yardstick; });
+        std::ranges::find(measurements, measurement.yardstick, &IndexMeasurement::name);
     measurement.ratio =
         yardstick != measurements.end() ? yardstick->seconds / measurement.seconds : 0;
   }

@@ -21,7 +21,7 @@ class Actor {
   Actor& operator=(const Actor&) = delete;
 
  protected:
-  explicit Actor(Executor pool) : strand_(asio::make_strand(std::move(pool))) {}
+  explicit Actor(const Executor& pool) : strand_(asio::make_strand(pool)) {}
   ~Actor() = default;
 
   /// Runs `step()` on the actor and answers what it returns. `step` may be a plain function or a

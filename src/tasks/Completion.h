@@ -49,7 +49,7 @@ class Completion {
           });
         },
         asio::use_awaitable, self.get());
-    if (self->error_) std::rethrow_exception(self->error_);
+    if (!self->value_) std::rethrow_exception(self->error_);
     co_return *self->value_;
   }
 

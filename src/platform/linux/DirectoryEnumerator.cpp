@@ -53,9 +53,7 @@ struct DirectoryEnumerator::State {
     bool mayBeMountPoint;
   };
 
-  State(FolderChain root, Options choices) : chain(std::move(root)), options(choices) {
-    list();
-  }
+  State(FolderChain root, Options choices) : chain(std::move(root)), options(choices) { list(); }
 
   std::optional<Entry> next() {
     lastEntryDescends = false;
@@ -162,9 +160,7 @@ DirectoryEnumerator& DirectoryEnumerator::operator=(DirectoryEnumerator&&) noexc
 DirectoryEnumerator::~DirectoryEnumerator() = default;
 
 std::optional<DirectoryEnumerator::Entry> DirectoryEnumerator::next() { return state_->next(); }
-std::vector<std::string> DirectoryEnumerator::takeUnlisted() {
-  return state_->takeUnlisted();
-}
+std::vector<std::string> DirectoryEnumerator::takeUnlisted() { return state_->takeUnlisted(); }
 void DirectoryEnumerator::skipDescendants() { state_->skipDescendants(); }
 
 }  // namespace zelnor::platform

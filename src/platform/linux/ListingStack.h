@@ -21,8 +21,8 @@ class ListingStack {
   ListingStack();
 
   /// Reads the names in `folder`, an open folder, and puts them on top in byte order. Names that
-  /// begin with a dot are left out if `skipsHidden`. Answers whether these are all: if reading fails
-  /// half-way, the names up to there are kept.
+  /// begin with a dot are left out if `skipsHidden`. Answers whether these are all: if reading
+  /// fails half-way, the names up to there are kept.
   bool push(int folder, bool skipsHidden);
   void pop();
 

@@ -49,8 +49,8 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   /// When it returns no callback runs and none follows.
   void stop();
 
-  /// Something about the entry at `path` changed. Whoever saw that it left, or that it is no folder,
-  /// says so (ItemRemoved, ItemIsFile). Out of scope: ignored. Thread-safe, never waits.
+  /// Something about the entry at `path` changed. Whoever saw that it left, or that it is no
+  /// folder, says so (ItemRemoved, ItemIsFile). Out of scope: ignored. Thread-safe, never waits.
   void changed(std::string path, std::uint32_t flags);
   /// Reports `path` with exactly these flags. Thread-safe, never waits.
   void announce(std::string path, std::uint32_t flags);

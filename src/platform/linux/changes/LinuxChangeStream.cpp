@@ -223,8 +223,8 @@ void LinuxChangeStream::couldNotList(const std::string& folder) {
                   [this, folder] { prompt_->request(folder, SurveyDepth::tree); });
 }
 
-/// Looks whether folders can be looked into again that nobody tells of: what they are in was followed
-/// and is swept now.
+/// Looks whether folders can be looked into again that nobody tells of: what they are in was
+/// followed and is swept now.
 void LinuxChangeStream::retryUnreadable() {
   std::vector<std::string> folders;
   {

@@ -49,8 +49,9 @@ class Completion {
           });
         },
         asio::use_awaitable, self.get());
-    if (!self->value_) std::rethrow_exception(self->error_);
-    co_return *self->value_;
+    const auto& value = self->value_;
+    if (!value) std::rethrow_exception(self->error_);
+    co_return *value;
   }
 
  private:

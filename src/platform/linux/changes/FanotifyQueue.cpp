@@ -108,7 +108,9 @@ void FanotifyQueue::read(const std::function<void(const FanotifyEvent&)>& visit,
     if (length <= 0) return;
     auto left = std::span<const std::byte>(buffer_).first(static_cast<std::size_t>(length));
     while (left.size() >= sizeof(fanotify_event_metadata)) {
-      const auto& metadata = *reinterpret_cast<const fanotify_event_metadata*>(left.data());
+      // The kernel aligns events to four bytes, less than their numbers want.
+      fanotify_event_metadata metadata{};
+      std::memcpy(&metadata, left.data(), sizeof metadata);
       const auto whole = left.first(metadata.event_len);
       left = left.subspan(metadata.event_len);
       if ((metadata.mask & FAN_Q_OVERFLOW) != 0) {

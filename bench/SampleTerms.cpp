@@ -24,8 +24,8 @@ bool isPartOfCjk(char c) {
 
 std::string lower(std::string_view text) {
   std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  std::ranges::transform(result, result.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return result;
 }
 
@@ -41,9 +41,8 @@ void visitRuns(std::string_view text, const Belongs& belongs, const Visit& visit
 }
 
 std::string mostFrequent(const Frequencies& frequencies) {
-  const auto found =
-      std::max_element(frequencies.begin(), frequencies.end(),
-                       [](const auto& a, const auto& b) { return a.second < b.second; });
+  const auto found = std::ranges::max_element(
+      frequencies, [](const auto& a, const auto& b) { return a.second < b.second; });
   return found == frequencies.end() ? std::string() : found->first;
 }
 

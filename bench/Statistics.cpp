@@ -16,13 +16,13 @@ double percentile(std::span<const double> sorted, double percent) {
 
 double median(std::vector<double> samples) {
   if (samples.empty()) return 0;
-  std::sort(samples.begin(), samples.end());
+  std::ranges::sort(samples);
   const auto middle = samples.size() / 2;
   return samples.size() % 2 == 1 ? samples[middle] : (samples[middle - 1] + samples[middle]) / 2;
 }
 
 Statistics Statistics::of(std::vector<double> samples) {
-  std::sort(samples.begin(), samples.end());
+  std::ranges::sort(samples);
   return {.median = bench::median(samples),
           .p95 = percentile(samples, 95),
           .p99 = percentile(samples, 99)};

@@ -28,9 +28,9 @@ void requireSomethingToFind(const SearchQuery& query) {
   }
 }
 
-const IndexLocation& withIndex(const IndexLocation& location) {
+std::string existingIndex(const IndexLocation& location) {
   location.requireIndex();
-  return location;
+  return location.dataFolder;
 }
 
 bool isInteractive() { return ::isatty(STDIN_FILENO) == 1 && ::isatty(STDERR_FILENO) == 1; }
@@ -42,8 +42,7 @@ FindCommand::FindCommand(const Options& options, const IndexLocation& location,
     : options_(options),
       output_(output),
       pool_(/*threads=*/1),
-      database_(withIndex(location).dataFolder, pool_.executor(),
-                DatabaseManager::Access::readOnly),
+      database_(existingIndex(location), pool_.executor(), DatabaseManager::Access::readOnly),
       engine_(database_, pool_.executor()) {}
 
 ExitStatus FindCommand::find(const std::string& text) {

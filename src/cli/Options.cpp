@@ -59,7 +59,7 @@ void readLimit(const std::string& text, std::int64_t& limit) {
 
 /// The words of the query, from what is no option that the library knows.
 std::vector<std::string> words(std::vector<std::string> rest) {
-  const auto mark = std::find(rest.begin(), rest.end(), "--");
+  const auto mark = std::ranges::find(rest, "--");
   const auto unknown = std::find_if(rest.begin(), mark, [](const std::string& word) {
     return word.size() > 1 && word.front() == '-';
   });
@@ -97,7 +97,7 @@ class CommandLine {
   }
 
   Options parse(std::vector<std::string> arguments) {
-    std::reverse(arguments.begin(), arguments.end());  // as the library wants them
+    std::ranges::reverse(arguments);  // as the library wants them
     try {
       app_.parse(arguments);
     } catch (const CLI::CallForHelp&) {

@@ -35,14 +35,14 @@ bool isBetween(char byte, unsigned char low, unsigned char high) {
 std::size_t characterLength(std::string_view text) {
   if (text.empty()) return 0;
   if (isBetween(text[0], 0x00, 0x7F)) return 1;
-  const auto* const form = std::find_if(kForms.begin(), kForms.end(), [&](const Form& candidate) {
+  const auto* const form = std::ranges::find_if(kForms, [&](const Form& candidate) {
     return isBetween(text[0], candidate.firstLow, candidate.firstHigh);
   });
   if (form == kForms.end() || text.size() < form->length) return 0;
   const auto rest = text.substr(2, form->length - 2);
   const bool valid =
       isBetween(text[1], form->secondLow, form->secondHigh) &&
-      std::all_of(rest.begin(), rest.end(), [](char byte) { return isBetween(byte, 0x80, 0xBF); });
+      std::ranges::all_of(rest, [](char byte) { return isBetween(byte, 0x80, 0xBF); });
   return valid ? form->length : 0;
 }
 

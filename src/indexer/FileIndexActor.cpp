@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <exception>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -34,8 +35,8 @@ class SpoolFinisher {
 };
 
 /// Takes the batches off the scan's stream as they come.
-tasks::Task drainInto(std::shared_ptr<BatchSpool> spool,
-                      std::shared_ptr<FileSystemScanner::Stream> stream,
+tasks::Task drainInto(const std::shared_ptr<BatchSpool>& spool,
+                      const std::shared_ptr<FileSystemScanner::Stream>& stream,
                       const tasks::Executor& executor) {
   return tasks::Task::spawn(executor, [spool, stream](std::stop_token) -> tasks::Async<void> {
     const SpoolFinisher finisher(*spool);
@@ -147,6 +148,7 @@ tasks::Async<bool> FileIndexActor::fillOnce(const IndexConfiguration& config, bo
   const std::stop_callback stopWalk(stop, [walk = scan.walk] { walk.cancel(); });
   const auto spool = std::make_shared<BatchSpool>(surroundings_.dataFolder);
   const auto drain = drainInto(spool, scan.stream, surroundings_.background);
+  const auto before = written;
   while (auto batch = co_await spool->next()) {
     if (onlyLacking) batch = co_await database_.lacking(std::move(*batch));
     if (stop.stop_requested()) throw RebuildCancelled{};
@@ -159,6 +161,11 @@ tasks::Async<bool> FileIndexActor::fillOnce(const IndexConfiguration& config, bo
   }
   co_await drain.wait();
   if (stop.stop_requested()) throw RebuildCancelled{};
+  // Another pass would lose the same batches again.
+  if (spool->lost() > 0 && written == before) {
+    throw std::system_error(std::make_error_code(std::errc::no_space_on_device),
+                            surroundings_.dataFolder);
+  }
   co_return scan.stream->discarded() == 0 && spool->lost() == 0;
 }
 
@@ -172,12 +179,12 @@ tasks::Async<void> FileIndexActor::mergeInSteps(std::stop_token stop) {
 
 tasks::Async<void> FileIndexActor::startMonitoring(IndexConfiguration config) {
   co_await onActor([&] {
-    currentConfig_ = std::move(config);
+    currentConfig_ = config;
     fsMonitor_.reset();
     if (!surroundings_.changes) return;
-    fsMonitor_ = createMonitor(*currentConfig_);
+    fsMonitor_ = createMonitor(config);
     const auto last = surroundings_.defaults.get<std::uint64_t>(kLastEventIDKey).value_or(0);
-    fsMonitor_->start(currentConfig_->includedPaths,
+    fsMonitor_->start(config.includedPaths,
                       last != 0 ? last : platform::kFSEventStreamEventIdSinceNow);
   });
 }

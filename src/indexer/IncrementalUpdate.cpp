@@ -6,7 +6,7 @@
 
 namespace zelnor {
 
-IncrementalUpdate IncrementalUpdate::plan(std::vector<FSEventItem> events) {
+IncrementalUpdate IncrementalUpdate::plan(const std::vector<FSEventItem>& events) {
   // In path order, which is also the order in which the index stores them best.
   std::map<std::string_view, const FSEventItem*> lastOfPath;
   for (const auto& event : events) lastOfPath[event.path] = &event;

@@ -15,7 +15,7 @@ struct IncrementalUpdate {
 
   /// Takes the last event of each path and looks at the entry as it is now: a record to store if it
   /// is there, else a path to remove. Reads the disk.
-  static IncrementalUpdate plan(std::vector<FSEventItem> events);
+  static IncrementalUpdate plan(const std::vector<FSEventItem>& events);
 };
 
 }  // namespace zelnor

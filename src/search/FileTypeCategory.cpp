@@ -34,7 +34,7 @@ constexpr Color kOrange{0.95, 0.52, 0.12};
 
 std::string lowerCased(std::string_view text) {
   std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) {
+  std::ranges::transform(lower, lower.begin(), [](char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
   });
   return lower;
@@ -70,7 +70,7 @@ FileTypeCategory categoryForExtension(std::string_view extension) {
   // The order of the cases decides for extensions in several sets.
   for (const auto& candidate : kCases<FileTypeCategory>) {
     const auto set = extensions(candidate.value);
-    if (std::find(set.begin(), set.end(), wanted) != set.end()) return candidate.value;
+    if (std::ranges::find(set, wanted) != set.end()) return candidate.value;
   }
   return FileTypeCategory::document;
 }

@@ -49,7 +49,7 @@ bool RegularExpression::isFoundIn(std::string_view name) {
   UErrorCode status = U_ZERO_ERROR;
   uregex_setText(expression_.get(), name_.data(), static_cast<std::int32_t>(name_.size()), &status);
   const bool found = uregex_find(expression_.get(), /*startIndex=*/0, &status) != 0;
-  return found && U_SUCCESS(status);
+  return found && U_SUCCESS(status) != 0;
 }
 
 }  // namespace zelnor

@@ -12,7 +12,7 @@ namespace {
 std::vector<std::size_t> shortestNameFirst(const std::vector<FileRecord>& records) {
   std::vector<std::size_t> order(records.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
+  std::ranges::stable_sort(order, [&](std::size_t left, std::size_t right) {
     return records[left].name.size() < records[right].name.size();
   });
   return order;
@@ -29,7 +29,7 @@ std::vector<FileRecord> matchingRecords(RegularExpression& expression,
     if (budget.now() >= deadline) break;
     if (expression.isFoundIn(records[index].name)) found.push_back(index);
   }
-  std::sort(found.begin(), found.end());
+  std::ranges::sort(found);
 
   std::vector<FileRecord> matches;
   matches.reserve(found.size());

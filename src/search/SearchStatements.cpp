@@ -83,7 +83,7 @@ std::string phrase(std::string_view term) {
 
 void addContains(Conditions& conditions, const std::string& pattern) {
   auto terms = words(pattern);
-  const auto firstShort = std::stable_partition(terms.begin(), terms.end(), isIndexed);
+  const auto firstShort = std::ranges::stable_partition(terms, isIndexed).begin();
   if (firstShort == terms.begin()) return conditions.add("f.name LIKE ?", containing(pattern));
 
   std::string match;

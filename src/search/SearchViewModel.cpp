@@ -74,20 +74,23 @@ class SearchViewModel::Tasks {
         group_(services.main) {}
 
   void startDebounce() {
-    debounce_ = group_.spawn([services = services_, owner = QPointer(&owner_)](
-                                 std::stop_token stop) { return debounce(services, owner, stop); });
+    debounce_ =
+        group_.spawn([services = services_, owner = QPointer(&owner_)](std::stop_token stop) {
+          return debounce(services, owner, std::move(stop));
+        });
   }
   void cancelDebounce() const { debounce_.cancel(); }
 
   void startSearch(const SearchQuery& query) {
-    search_ =
-        group_.spawn([services = services_, owner = QPointer(&owner_), query](
-                         std::stop_token stop) { return search(services, owner, query, stop); });
+    search_ = group_.spawn(
+        [services = services_, owner = QPointer(&owner_), query](std::stop_token stop) {
+          return search(services, owner, query, std::move(stop));
+        });
   }
   void startPage(const SearchQuery& query, std::int64_t offset) {
     page_ = group_.spawn(
         [services = services_, owner = QPointer(&owner_), query, offset](std::stop_token stop) {
-          return nextPage(services, owner, query, offset, stop);
+          return nextPage(services, owner, query, offset, std::move(stop));
         });
   }
   void cancelSearch() const {
@@ -97,9 +100,8 @@ class SearchViewModel::Tasks {
 
   void stop(std::function<void()> stopped) {
     group_.cancelAll();
-    tasks::Task::spawn(services_.main, [this, stopped = std::move(stopped)](std::stop_token) {
-      return waitForEnd(stopped);
-    });
+    tasks::Task::spawn(services_.main, [this, stopped = std::move(stopped)](
+                                           const std::stop_token&) { return waitForEnd(stopped); });
   }
 
   void free(Results results) const { freeElsewhere(services_.background, std::move(results)); }
@@ -193,8 +195,9 @@ const std::vector<std::string>& SearchViewModel::recentSearches() const {
 std::vector<SearchResult> SearchViewModel::selectedResults() const {
   std::vector<SearchResult> selected;
   if (selectedIDs_.empty()) return selected;
-  std::copy_if(results_.begin(), results_.end(), std::back_inserter(selected),
-               [this](const SearchResult& result) { return selectedIDs_.contains(result.id()); });
+  std::ranges::copy_if(results_, std::back_inserter(selected), [this](const SearchResult& result) {
+    return selectedIDs_.contains(result.id());
+  });
   return selected;
 }
 
@@ -275,7 +278,7 @@ void SearchViewModel::pageArrived(std::vector<SearchResult> page) {
   Update update(*this);
   currentOffset_ += sizeOf(page);
   if (!page.empty()) update.resultsDid(ResultsChange::appended);
-  std::move(page.begin(), page.end(), std::back_inserter(results_));
+  std::ranges::move(page, std::back_inserter(results_));
   update.set(hasMore_, sizeOf(results_) < totalCount_, &SearchViewModel::hasMoreChanged);
   update.set(isLoadingMore_, false, &SearchViewModel::isLoadingMoreChanged);
 }

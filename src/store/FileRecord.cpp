@@ -8,6 +8,15 @@
 
 namespace zelnor {
 
+namespace {
+
+FileKind kindOf(const platform::FileAttributes& attributes) {
+  if (attributes.isSymlink) return FileKind::symlink;
+  return attributes.isDirectory ? FileKind::directory : FileKind::file;
+}
+
+}  // namespace
+
 std::optional<FileKind> fileKind(std::int64_t rawValue) {
   if (rawValue < 0 || rawValue >= static_cast<std::int64_t>(kAllFileKinds.size()))
     return std::nullopt;
@@ -21,9 +30,7 @@ FileRecord FileRecord::from(std::string name, std::string path,
   record.path = std::move(path);
   record.size = attributes.size;
   record.mtime = attributes.mtime;
-  record.kind = attributes.isSymlink     ? FileKind::symlink
-                : attributes.isDirectory ? FileKind::directory
-                                         : FileKind::file;
+  record.kind = kindOf(attributes);
   record.inode = std::bit_cast<std::int64_t>(attributes.inode);
   return record;
 }

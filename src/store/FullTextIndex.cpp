@@ -36,7 +36,7 @@ void FullTextIndex::addRowsAfter(std::int64_t id) {
 
 void FullTextIndex::remove(std::vector<Row> rows) {
   // FTS5 flushes its pending terms whenever a row id is smaller than the one before.
-  std::sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return a.id < b.id; });
+  std::ranges::sort(rows, [](const Row& a, const Row& b) { return a.id < b.id; });
   for (const auto& row : rows) {
     remove_.bind(/*index=*/1, row.id);
     remove_.bind(/*index=*/2, row.name);

@@ -32,7 +32,7 @@ void Statement::bindAll(std::span<const Binding> values) {
   int index = 0;
   for (const auto& value : values) {
     ++index;
-    std::visit([&](const auto& alternative) { bind(index, alternative); }, value);
+    std::visit([&](const auto& alternative) { this->bind(index, alternative); }, value);
   }
 }
 

@@ -85,7 +85,7 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   EventCoalescer pending_;
   std::vector<PendingChange> announcements_;
   bool isScheduled_ = false;
-  TimePoint lastDelivery_{};
+  TimePoint lastDelivery_;
   std::stop_source stop_;
 };
 

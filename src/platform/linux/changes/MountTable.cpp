@@ -69,7 +69,8 @@ std::vector<std::string> MountTable::below(std::string_view path) const {
   std::vector<std::string> found;
   std::ranges::copy_if(points_, std::back_inserter(found),
                        [path](const std::string& point) { return isBelow(path, point); });
-  found.erase(std::unique(found.begin(), found.end()), found.end());
+  const auto repeated = std::ranges::unique(found);
+  found.erase(repeated.begin(), repeated.end());
   return found;
 }
 

@@ -43,7 +43,8 @@ class KnownEntries {
     advance();
   }
 
-  [[nodiscard]] const std::optional<IndexEntry>& current() const { return current_; }
+  /// Null at the end.
+  [[nodiscard]] const IndexEntry* current() const { return current_ ? &*current_ : nullptr; }
   [[nodiscard]] const std::string& prefix() const { return prefix_; }
 
   void advance() {
@@ -83,7 +84,7 @@ class Merge {
 
   void visit(const Entry& entry, DirectoryEnumerator& walk) {
     passMissing(entry.path);
-    const bool isKnown = known_.current() && known_.current()->path == entry.path;
+    const bool isKnown = known_.current() != nullptr && known_.current()->path == entry.path;
     if (!scope_.includes(entry.path, platform::kindOf(entry.attributes))) {
       walk.skipDescendants();
     } else if (entry.attributes.isDirectory) {

@@ -158,7 +158,6 @@ bool RootGuard::isAnyAway() const {
 }
 
 bool RootGuard::takeHints() {
-  const std::scoped_lock lock(mutex_);
   bool isHint = false;
   constexpr std::size_t kBufferSize = std::size_t{16} * 1024;
   alignas(inotify_event) std::array<char, kBufferSize> buffer{};
@@ -178,6 +177,7 @@ bool RootGuard::takeHints() {
 
 /// What `name` leads to in the folder that is watched as `watch`, or that folder itself, was moved.
 void RootGuard::noteMove(int watch, std::string_view name) {
+  const std::scoped_lock lock(mutex_);
   const auto folder = watches_.find(watch);
   if (folder == watches_.end()) return;
   const auto moved = name.empty() ? folder->second : folder->second + '/' + std::string(name);

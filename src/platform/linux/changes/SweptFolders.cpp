@@ -80,7 +80,7 @@ std::vector<SweptFolders::Stamped> SweptFolders::after(
   const std::scoped_lock lock(mutex_);
   std::vector<Stamped> chunk;
   auto next = path ? stamps_.upper_bound(*path) : stamps_.begin();
-  while (next != stamps_.end() && chunk.size() < kChunk) chunk.push_back(*next++);
+  while (next != stamps_.end() && chunk.size() < kChunk) chunk.emplace_back(*next++);
   return chunk;
 }
 

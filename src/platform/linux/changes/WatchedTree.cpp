@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <ranges>
 #include <utility>
 
 namespace zelnor::platform {
@@ -95,7 +96,7 @@ std::optional<std::string> WatchedTree::pathOf(Key key) const {
   for (; nodes_[id].parent != kNone; id = nodes_[id].parent) way.push_back(id);
   if (id != kTop) return std::nullopt;
   std::string path;
-  for (auto step = way.rbegin(); step != way.rend(); ++step) path += '/' + nodes_[*step].name;
+  for (const auto step : std::ranges::reverse_view(way)) path += '/' + nodes_[step].name;
   return path;
 }
 

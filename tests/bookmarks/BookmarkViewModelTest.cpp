@@ -65,8 +65,8 @@ class BookmarkViewModelTest : public testing::Test {
   }
 
   test::TemporaryFolder folder_;
+  test::MainThread main_;  // outlives the threads that resume on it
   tasks::ThreadPool background_{2};
-  test::MainThread main_;
   BookmarkPersistenceService persistence_{folder_.path(), background_.executor()};
   std::unique_ptr<BookmarkViewModel> model_;
   const Uuid other_ = Uuid::random();

@@ -32,13 +32,12 @@ class BookmarkViewModel::Tasks {
 
   void load(BookmarkViewModel& owner) {
     loading_.spawn([&persistence = services_.persistence, owner = QPointer(&owner)](
-                       std::stop_token) { return load(persistence, owner); });
+                       const std::stop_token&) { return load(persistence, owner); });
   }
   void save(const BookmarkLists& lists) const { services_.persistence.save(lists); }
   void stop(std::function<void()> stopped) {
-    tasks::Task::spawn(services_.main, [this, stopped = std::move(stopped)](std::stop_token) {
-      return waitForEnd(stopped);
-    });
+    tasks::Task::spawn(services_.main, [this, stopped = std::move(stopped)](
+                                           const std::stop_token&) { return waitForEnd(stopped); });
   }
   [[nodiscard]] Date now() const { return services_.now(); }
 

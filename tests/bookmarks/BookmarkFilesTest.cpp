@@ -47,7 +47,7 @@ class BookmarkFiles : public testing::Test {
  protected:
   /// Loads as a new start of the program would.
   BookmarkLists load() {
-    service_.emplace(folder_, main_.executor());
+    service_ = std::make_unique<BookmarkPersistenceService>(folder_, main_.executor());
     return main_.await(service_->load());
   }
   void save(const BookmarkLists& lists) {
@@ -60,7 +60,7 @@ class BookmarkFiles : public testing::Test {
   const std::string bookmarks_ = folder_ + "/bookmarks.json";
   const std::string categories_ = folder_ + "/categories.json";
   test::MainThread main_;
-  std::optional<BookmarkPersistenceService> service_;
+  std::unique_ptr<BookmarkPersistenceService> service_;
 };
 
 TEST_F(BookmarkFiles, HoldTheListsByteForByteForTheirOwnerAlone) {

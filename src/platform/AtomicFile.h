@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,5 +12,13 @@ namespace zelnor::platform {
 /// It is written to `path` + ".new" first; callers see to it that there is one writer at a time.
 /// Throws std::system_error, and the old content stays.
 void replaceFile(const std::string& path, std::string_view content);
+
+/// The whole content of the file at `path`, or nothing if there is no such file. Throws
+/// std::system_error if it cannot be read.
+std::optional<std::string> readFile(const std::string& path);
+
+/// Renames a damaged file to `path` + ".damaged-" and the first free number, so that its owner can
+/// mend it. A file that is gone needs nothing. Throws std::system_error, and the file stays.
+void setAside(const std::string& path);
 
 }  // namespace zelnor::platform

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <utility>
 
 namespace zelnor::platform {
@@ -24,5 +26,8 @@ class FileDescriptor {
  private:
   int descriptor_ = -1;
 };
+
+/// Reads from where `file` stands to its end; nothing, and the reason in errno, if that fails.
+std::optional<std::string> readAll(const FileDescriptor& file);
 
 }  // namespace zelnor::platform

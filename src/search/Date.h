@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <compare>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 
 namespace zelnor {
@@ -39,3 +41,10 @@ struct Date {
 };
 
 }  // namespace zelnor
+
+template <>
+struct std::hash<zelnor::Date> {
+  std::size_t operator()(const zelnor::Date& date) const noexcept {
+    return std::hash<double>{}(date.sinceReference);
+  }
+};

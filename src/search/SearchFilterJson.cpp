@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "search/DateJson.h"
+#include "search/IntegerJson.h"
 
 namespace zelnor {
 
@@ -22,16 +23,7 @@ Enum requiredCase(const Json& object, const char* key) {
   return *found;
 }
 
-void read(const Json& json, std::int64_t& number) {
-  // The library would also take a Boolean or a fraction for a whole number, and wrap one that is
-  // too large.
-  const bool fits =
-      json.is_number_integer() &&
-      (!json.is_number_unsigned() || std::in_range<std::int64_t>(json.get<std::uint64_t>()));
-  if (!fits) throw std::invalid_argument("a size must be a whole number of bytes");
-  number = json.get<std::int64_t>();
-}
-
+void read(const Json& json, std::int64_t& number) { number = integerFrom(json); }
 void read(const Json& json, Date& date) { from_json(json, date); }
 
 template <class Value>

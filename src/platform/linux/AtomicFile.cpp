@@ -59,4 +59,23 @@ void replaceFile(const std::string& path, std::string_view content) {
   syncFolder(path);
 }
 
+std::optional<std::string> readFile(const std::string& path) {
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file && errno == ENOENT) return std::nullopt;
+  check(static_cast<bool>(file), path);
+  auto content = readAll(file);
+  check(content.has_value(), path);
+  return content;
+}
+
+void setAside(const std::string& path) {
+  for (unsigned number = 1;; ++number) {
+    const auto aside = path + ".damaged-" + std::to_string(number);
+    const auto renamed =
+        ::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0;
+    if (renamed || errno == ENOENT) return;
+    check(errno == EEXIST, aside);
+  }
+}
+
 }  // namespace zelnor::platform

@@ -2,11 +2,8 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <cstdio>
 #include <mutex>
 #include <system_error>
 #include <utility>
@@ -56,19 +53,6 @@ struct Content {
       file;  ///< stays open, so that no later version of the file can have the same inode
 };
 
-std::optional<std::string> readAll(const FileDescriptor& file) {
-  std::string text;
-  std::array<char, 4096> buffer{};
-  for (;;) {
-    // The store is locked meanwhile, as it has to be: nobody else can tell what the values are.
-    // NOLINTNEXTLINE(clang-analyzer-unix.BlockInCriticalSection)
-    const auto size = ::read(file.get(), buffer.data(), buffer.size());
-    if (size == 0) return text;
-    if (size > 0) text.append(buffer.data(), static_cast<std::size_t>(size));
-    if (size < 0 && errno != EINTR) return std::nullopt;
-  }
-}
-
 Content readContent(const std::string& path) {
   using State = Content::State;
   Content content;
@@ -90,15 +74,6 @@ Content readContent(const std::string& path) {
     content.state = State::damaged;
   }
   return content;
-}
-
-/// Gives a damaged file another name, so that its owner can mend it.
-void setAside(const std::string& path) {
-  for (unsigned number = 1;; ++number) {
-    const auto aside = path + ".damaged-" + std::to_string(number);
-    if (::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0) return;
-    if (errno != EEXIST) throw std::system_error(errno, std::generic_category(), aside);
-  }
 }
 
 }  // namespace

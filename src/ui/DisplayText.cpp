@@ -40,11 +40,11 @@ QString displayText(std::string_view bytes) {
   // Qt's plain conversion would swallow a byte order mark at the start.
   QStringDecoder decode(QStringDecoder::Utf8,
                         QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-  const QString text = decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+  QString text = decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
   const auto needsCare = [](QChar c) {
     return isAsciiControl(c.unicode()) || isInvisibleActor(c.unicode());
   };
-  if (std::none_of(text.begin(), text.end(), needsCare)) return text;
+  if (std::ranges::none_of(text, needsCare)) return text;
 
   QString shown;
   for (const QChar c : text) shown += needsCare(c) ? visible(c.unicode()) : QString(c);

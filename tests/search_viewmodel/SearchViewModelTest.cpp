@@ -68,8 +68,8 @@ class SearchViewModelTest : public testing::Test {
   test::ManualClock clock_;
   test::MemoryDefaultsStore defaults_;
   test::FakeSearchSource source_;
+  test::MainThread main_;  // outlives the threads that resume on it
   tasks::ThreadPool background_{1};
-  test::MainThread main_;
   SearchServices services_{source_, clock_, defaults_, main_.executor(), background_.executor()};
   std::unique_ptr<SearchViewModel> model_ = std::make_unique<SearchViewModel>(services_);
 };

@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+
+#include "indexer/IndexSettingsText.h"
+
+namespace zelnor {
+namespace {
+
+const QLocale kChinese(QLocale::Chinese, QLocale::China);
+
+IndexStatus statusOf(std::int64_t processed, std::int64_t total) {
+  IndexStatus status;
+  status.processedFiles = processed;
+  status.totalFiles = total;
+  return status;
+}
+
+TEST(IndexSettingsText, ShowsCountAndTimeOfTheLastRebuild) {
+  auto status = statusOf(/*processed=*/1'234'567, /*total=*/1'234'567);
+  const QDateTime local(QDate(2024, 1, 5), QTime(15, 4, 59));
+  status.lastIndexDate =
+      std::chrono::system_clock::time_point(std::chrono::milliseconds(local.toMSecsSinceEpoch()));
+  const auto text = indexSettingsText(status, /*isRebuilding=*/false, kChinese);
+  EXPECT_EQ(text.state, QStringLiteral(u"状态：正常"));
+  EXPECT_EQ(text.cardButton, QStringLiteral(u"立即重建索引"));
+  EXPECT_EQ(text.fileCount, QStringLiteral(u"1,234,567 个"));
+  EXPECT_EQ(text.lastUpdate, QStringLiteral(u"2024年1月5日 15:04"));
+  EXPECT_EQ(text.sectionButton, QStringLiteral(u"重建索引"));
+  EXPECT_EQ(text.indexedFiles, QStringLiteral(u"已索引文件：1,234,567 个"));
+  EXPECT_EQ(text.lastIndexed, QStringLiteral(u"上次索引：2024/1/5 15:04"));
+
+  const auto german =
+      indexSettingsText(status, /*isRebuilding=*/false, QLocale(QLocale::German, QLocale::Germany));
+  EXPECT_EQ(german.fileCount, QStringLiteral(u"1.234.567 个"));
+  EXPECT_EQ(german.lastUpdate, QStringLiteral(u"05.01.2024, 15:04"));
+}
+
+TEST(IndexSettingsText, TellsOfTheRebuildThatRunsAndOfNoneBeforeIt) {
+  const auto text = indexSettingsText(IndexStatus{}, /*isRebuilding=*/true, kChinese);
+  EXPECT_EQ(text.state, QStringLiteral(u"状态：索引中"));
+  EXPECT_EQ(text.cardButton, QStringLiteral(u"索引中..."));
+  EXPECT_EQ(text.sectionButton, QStringLiteral(u"索引中..."));
+  EXPECT_EQ(text.fileCount, QStringLiteral(u"0 个"));
+  EXPECT_EQ(text.lastUpdate, QStringLiteral(u"尚未索引"));
+  EXPECT_FALSE(text.lastIndexed);
+}
+
+TEST(RebuildProgress, IsMeasuredByWhatTheIndexHeldBefore) {
+  const struct {
+    std::int64_t processed, total;
+    std::optional<double> progress;
+  } rows[] = {
+      {0, 0, 0.0},        {0, 1'000, 0.0},     {1, 0, std::nullopt}, {1, 1, 1.0},
+      {250, 1'000, 0.25}, {1'000, 1'000, 1.0}, {1'500, 1'000, 1.0},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(rebuildProgress(statusOf(row.processed, row.total)), row.progress)
+        << row.processed << " of " << row.total;
+  }
+}
+
+}  // namespace
+}  // namespace zelnor

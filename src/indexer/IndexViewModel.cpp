@@ -36,7 +36,9 @@ class IndexViewModel::Tasks {
  public:
   Tasks(IndexViewModel& owner, const IndexServices& services)
       : owner_(&owner),
-        services_{services.maintainer, services.defaults, asio::make_strand(services.background)},
+        services_{.maintainer = services.maintainer,
+                  .defaults = services.defaults,
+                  .writer = asio::make_strand(services.background)},
         main_(services.main),
         group_(services.main) {}
 
@@ -56,7 +58,7 @@ class IndexViewModel::Tasks {
 
   void stop(std::function<void()> stopped) {
     group_.cancelAll();
-    tasks::Task::spawn(main_, [this, stopped = std::move(stopped)](std::stop_token) {
+    tasks::Task::spawn(main_, [this, stopped = std::move(stopped)](const std::stop_token&) {
       return waitForEnd(stopped);
     });
   }

@@ -62,7 +62,11 @@ class IndexViewModelTest : public testing::Test {
   test::MemoryDefaultsStore defaults_;
   FakeMaintainer maintainer_;
   test::MainThread main_;
-  IndexServices services_{maintainer_, defaults_, "/home/me", main_.executor(), main_.executor()};
+  IndexServices services_{.maintainer = maintainer_,
+                          .defaults = defaults_,
+                          .homeFolder = "/home/me",
+                          .main = main_.executor(),
+                          .background = main_.executor()};
   std::unique_ptr<IndexViewModel> model_ = std::make_unique<IndexViewModel>(services_);
 };
 

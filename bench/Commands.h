@@ -11,5 +11,6 @@ void addIndexCommand(CLI::App& program);
 void addQueryCommand(CLI::App& program);
 void addLiveCommand(CLI::App& program);
 void addReconcileCommand(CLI::App& program);
+void addTypingCommand(CLI::App& program);
 
 }  // namespace zelnor::bench

@@ -25,11 +25,10 @@ bool areEqual(std::vector<FileRecord> records, const Rows& rows, const std::stri
     if (records.back().path.starts_with(folder + '/')) return false;
     records.pop_back();
   }
-  return std::equal(records.begin(), records.end(), rows.begin(), rows.end(),
-                    [](FileRecord record, const auto& row) {
-                      record.id = 0;
-                      return record == row.second;
-                    });
+  return std::ranges::equal(records, rows, [](FileRecord record, const auto& row) {
+    record.id = 0;
+    return record == row.second;
+  });
 }
 
 }  // namespace
@@ -53,13 +52,15 @@ std::optional<double> IndexProbe::untilCorrect(const std::string& folder,
                                                const Stopwatch& since) const {
   const auto onDisk = test::walkIndependently(folder);
   const auto count = static_cast<std::int64_t>(onDisk.size());
-  double seconds = 0;
-  const bool isCorrect = watch(kPatienceSeconds, [&] {
-    seconds = since.seconds();  // what is read from here on was there by now
-    return search_.number(countBelow(folder)) == count &&
-           areEqual(reader_.recordsFrom(folder + '/', onDisk.size() + 1), onDisk, folder);
+  std::optional<double> seconds;
+  watch(kPatienceSeconds, [&] {
+    const auto now = since.seconds();  // what is read from here on was there by then
+    if (search_.number(countBelow(folder)) != count) return false;
+    const auto records = reader_.recordsFrom(folder + '/', onDisk.size() + 1);
+    if (areEqual(records, onDisk, folder)) seconds = now;
+    return seconds.has_value();
   });
-  return isCorrect ? std::optional(seconds) : std::nullopt;
+  return seconds;
 }
 
 }  // namespace zelnor::bench

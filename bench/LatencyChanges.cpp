@@ -79,7 +79,7 @@ std::vector<double> LatencyChanges::run(const IndexProbe& probe, Random& random)
     });
     return made == count_ && waiting.empty();
   };
-  if (!probe.watch(kPatience + count_ * kMeanPause, takeShown, makeWhatIsDue)) {
+  if (!probe.watch(kPatience + (count_ * kMeanPause), takeShown, makeWhatIsDue)) {
     throw std::runtime_error("a change does not show in the index");
   }
   return seconds;

@@ -33,7 +33,7 @@ void sleepFor(double seconds) {
 double cpuSeconds() {
   timespec time{};
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+  return static_cast<double>(time.tv_sec) + (static_cast<double>(time.tv_nsec) * 1e-9);
 }
 
 /// When the files below `folder` were last written. Memory that readers share counts as none.
@@ -55,9 +55,9 @@ class LiveRun {
         effort_(effort),
         random_(effort.seed),
         changes_(scratch + "/changes", effort.changes),
-        index_(data, effort.source) {
+        index_(data, effort.source),
+        probe_(data) {
     index_.build({tree, scratch});
-    probe_.emplace(data);
     searches_ = searchesFor(data);
   }
 
@@ -85,7 +85,7 @@ class LiveRun {
   }
 
   void measureLatency() {
-    const auto times = Statistics::of(changes_.run(*probe_, random_));
+    const auto times = Statistics::of(changes_.run(probe_, random_));
     add("one change: median", "s", times.median);
     add("one change: p95", "s", times.p95);
   }
@@ -104,7 +104,7 @@ class LiveRun {
     change();
     const auto made = making.seconds();
     const Stopwatch sinceLast;
-    const auto correct = probe_->untilCorrect(scratch_, sinceLast);
+    const auto correct = probe_.untilCorrect(scratch_, sinceLast);
     const auto times = searches.stop();
     add(name + ": made in", "s", made);
     add(name + ": index correct after the last", "s", correct);
@@ -141,7 +141,7 @@ class LiveRun {
   Random random_;
   LatencyChanges changes_;
   FollowedIndex index_;
-  std::optional<IndexProbe> probe_;
+  IndexProbe probe_;
   std::vector<SearchQuery> searches_;
   Statistics idle_;
   Figures figures_;

@@ -1,3 +1,5 @@
+#include <array>
+
 #include <gtest/gtest.h>
 
 #include <QDateTime>
@@ -47,16 +49,19 @@ TEST(IndexSettingsText, TellsOfTheRebuildThatRunsAndOfNoneBeforeIt) {
 }
 
 TEST(RebuildProgress, IsMeasuredByWhatTheIndexHeldBefore) {
-  const struct {
-    std::int64_t processed, total;
+  struct Row {
+    IndexStatus status;
     std::optional<double> progress;
-  } rows[] = {
-      {0, 0, 0.0},        {0, 1'000, 0.0},     {1, 0, std::nullopt}, {1, 1, 1.0},
-      {250, 1'000, 0.25}, {1'000, 1'000, 1.0}, {1'500, 1'000, 1.0},
   };
+  const std::array rows{Row{.status = statusOf(0, 0), .progress = 0},
+                        Row{.status = statusOf(0, 1'000), .progress = 0},
+                        Row{.status = statusOf(1, 0), .progress = std::nullopt},
+                        Row{.status = statusOf(1, 1), .progress = 1},
+                        Row{.status = statusOf(250, 1'000), .progress = 0.25},
+                        Row{.status = statusOf(1'500, 1'000), .progress = 1}};
   for (const auto& row : rows) {
-    EXPECT_EQ(rebuildProgress(statusOf(row.processed, row.total)), row.progress)
-        << row.processed << " of " << row.total;
+    EXPECT_EQ(rebuildProgress(row.status), row.progress)
+        << row.status.processedFiles << " of " << row.status.totalFiles;
   }
 }
 

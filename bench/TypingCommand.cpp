@@ -19,6 +19,7 @@ namespace {
       std::filesystem::read_symlink("/proc/self/exe").replace_filename("zelnor-bench-typing");
   arguments.insert(arguments.begin(), program.string());
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (auto& argument : arguments) pointers.push_back(argument.data());
   pointers.push_back(nullptr);
   execv(program.c_str(), pointers.data());

@@ -9,5 +9,8 @@ namespace zelnor::bench {
 void addMakeTreeCommand(CLI::App& program);
 void addIndexCommand(CLI::App& program);
 void addQueryCommand(CLI::App& program);
+void addLiveCommand(CLI::App& program);
+void addReconcileCommand(CLI::App& program);
+void addTypingCommand(CLI::App& program);
 
 }  // namespace zelnor::bench

@@ -8,6 +8,7 @@
 
 #include "bench/BareWalk.h"
 #include "bench/BlockingLoop.h"
+#include "bench/FollowedIndex.h"
 #include "bench/PlainWriter.h"
 #include "bench/Stopwatch.h"
 #include "indexer/FileIndexActor.h"
@@ -51,15 +52,6 @@ IndexMeasurement withSizes(IndexMeasurement result, const std::string& data) {
   return result;
 }
 
-/// Everything below `tree`, as every measurement here lists it.
-IndexConfiguration everythingBelow(const std::string& tree) {
-  IndexConfiguration config;
-  config.includedPaths = {tree};
-  config.excludedPaths = {};
-  config.skipPackageContents = false;
-  return config;
-}
-
 template <class Visit>
 std::int64_t visitEntries(const std::string& tree, const Visit& visit) {
   auto enumerator = platform::DirectoryEnumerator::open(tree, {});
@@ -96,7 +88,7 @@ std::vector<IndexMeasurement> measureScanner(const std::string& tree) {
   BlockingLoop loop;
   const tasks::ThreadPool pool(1);
   const Stopwatch watch;
-  const auto scan = FileSystemScanner().scan({tree}, everythingBelow(tree), {}, pool.executor());
+  const auto scan = FileSystemScanner().scan({tree}, everythingBelow({tree}), {}, pool.executor());
   const auto rows = loop.await(consume(scan.stream));
   return {measurement("scan", kBareWalk, watch, rows)};
 }
@@ -126,7 +118,7 @@ std::vector<IndexMeasurement> measureRebuild(const std::string& tree, const std:
                         .log = [](const std::string&) {}});
 
   const Stopwatch watch;
-  loop.await(actor.rebuildIndex(everythingBelow(tree)));
+  loop.await(actor.rebuildIndex(everythingBelow({tree})));
   auto searchable =
       withSizes(measurement("rebuild: searchable", kPlainWriting, watch, /*rows=*/0), data);
   searchable.rows = loop.await(actor.sharedDatabase().totalFileCount());

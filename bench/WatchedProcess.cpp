@@ -93,6 +93,8 @@ std::string listen(const FileDescriptor& input, pid_t child, const std::string& 
 
 }  // namespace
 
+std::int64_t ownAnonymousBytes() { return anonymousBytes(getpid()); }
+
 WatchedRun runWatched(const std::function<nlohmann::ordered_json()>& work,
                       const std::string& watchedFile) {
   auto pipe = Pipe::open();

@@ -15,6 +15,9 @@ struct WatchedRun {
   std::int64_t peakFileBytes = 0;       ///< of the watched file
 };
 
+/// Private memory of the calling process now.
+std::int64_t ownAnonymousBytes();
+
 /// Runs `work` in a forked child, so that peaks of one measurement do not hide those of the next,
 /// and samples it every few milliseconds from outside, so that it need not share its time with the
 /// watcher. `watchedFile` may come and go.

@@ -12,6 +12,9 @@ int main(int argc, char** argv) {
   zelnor::bench::addMakeTreeCommand(program);
   zelnor::bench::addIndexCommand(program);
   zelnor::bench::addQueryCommand(program);
+  zelnor::bench::addLiveCommand(program);
+  zelnor::bench::addReconcileCommand(program);
+  zelnor::bench::addTypingCommand(program);
   try {
     program.parse(argc, argv);
     return EXIT_SUCCESS;

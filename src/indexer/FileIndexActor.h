@@ -11,6 +11,7 @@
 #include "indexer/FSEventsMonitor.h"
 #include "indexer/FileSystemScanner.h"
 #include "indexer/IndexConfiguration.h"
+#include "indexer/IndexMaintainer.h"
 #include "indexer/LiveIndexStatus.h"
 #include "platform/ChangeStream.h"
 #include "platform/DefaultsStore.h"
@@ -25,7 +26,7 @@ namespace zelnor {
 ///
 /// Operations may be awaited from any thread. The owner awaits `shutDown()` before it destroys the
 /// actor.
-class FileIndexActor : public tasks::Actor {
+class FileIndexActor : public tasks::Actor, public IndexMaintainer {
  public:
   /// What the actor needs of the program; all of it outlives the actor.
   struct Surroundings {
@@ -50,10 +51,8 @@ class FileIndexActor : public tasks::Actor {
   /// What the actor is doing. Main thread only.
   LiveIndexStatus& status() { return *status_; }
 
-  /// Replaces the index with a fresh scan of `config`; returns when that rebuild has ended. A newer
-  /// rebuild cancels an older one, which then ends without an error. Throws what stopped the
-  /// rebuild, which the status shows too.
-  tasks::Async<void> rebuildIndex(IndexConfiguration config);
+  /// What stops the rebuild is thrown, and shown by the status too.
+  tasks::Async<void> rebuildIndex(IndexConfiguration config) override;
 
   /// For the launch: follows the configured roots, and makes the index complete if it is not. An
   /// empty index is rebuilt; a rebuild that was killed halfway goes on, keeping what it has
@@ -61,8 +60,7 @@ class FileIndexActor : public tasks::Actor {
   /// `rebuildIndex` throws.
   tasks::Async<void> resume(IndexConfiguration config);
 
-  /// Follows the roots of `config` from now on, in place of those before.
-  tasks::Async<void> startMonitoring(IndexConfiguration config);
+  tasks::Async<void> startMonitoring(IndexConfiguration config) override;
   tasks::Async<void> stopMonitoring();
 
   /// Brings the rows of these paths up to date with the disk. What was delivered earlier must have

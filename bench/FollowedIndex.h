@@ -1,0 +1,65 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "bench/BlockingLoop.h"
+#include "indexer/FileIndexActor.h"
+#include "platform/ChangeStream.h"
+#include "platform/FileDefaultsStore.h"
+#include "tasks/ThreadPool.h"
+
+namespace zelnor::bench {
+
+/// Everything below `roots`, as every measurement lists it.
+IndexConfiguration everythingBelow(std::vector<std::string> roots);
+
+/// An index that follows what it holds, put together as the application does, at the priorities of
+/// the application.
+class FollowedIndex {
+ public:
+  using Source = std::optional<platform::ChangeSourceKind>;
+
+  /// How many folders are followed in which way.
+  struct Folders {
+    std::int64_t live = 0;
+    std::int64_t swept = 0;
+  };
+
+  /// Opens the index in folder `data`, or makes it. Without `source` the best one follows.
+  FollowedIndex(const std::string& data, Source source);
+  ~FollowedIndex();
+  FollowedIndex(const FollowedIndex&) = delete;
+  FollowedIndex& operator=(const FollowedIndex&) = delete;
+
+  /// Fills the index with what is below `roots` and follows them; returns when nothing is left to
+  /// do.
+  void build(const std::vector<std::string>& roots);
+  /// Compares what the index knows of `roots` with them and follows them; returns when every folder
+  /// has been compared and is followed.
+  void follow(const std::vector<std::string>& roots);
+
+  [[nodiscard]] Folders folders() const;
+  /// Full rebuilds that nobody asked for.
+  [[nodiscard]] int automaticRebuilds() const;
+
+ private:
+  void note(const std::string& line);
+  void waitUntilFollowing();
+
+  mutable std::mutex mutex_;
+  std::condition_variable changed_;
+  std::optional<Folders> folders_;
+  int automaticRebuilds_ = 0;
+
+  BlockingLoop loop_;
+  platform::FileDefaultsStore defaults_;
+  tasks::ThreadPool pool_;
+  FileIndexActor actor_;
+};
+
+}  // namespace zelnor::bench

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "bench/BlockingLoop.h"
 #include "indexer/FileIndexActor.h"
 #include "platform/ChangeStream.h"
 #include "platform/FileDefaultsStore.h"
+#include "tasks/RunLoop.h"
 #include "tasks/ThreadPool.h"
 
 namespace zelnor::bench {
@@ -56,7 +56,7 @@ class FollowedIndex {
   std::optional<Folders> folders_;
   int automaticRebuilds_ = 0;
 
-  BlockingLoop loop_;
+  tasks::RunLoop loop_;
   platform::FileDefaultsStore defaults_;
   tasks::ThreadPool pool_;
   FileIndexActor actor_;

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "bench/BareWalk.h"
-#include "bench/BlockingLoop.h"
 #include "bench/FollowedIndex.h"
 #include "bench/PlainWriter.h"
 #include "bench/Stopwatch.h"
@@ -17,6 +16,7 @@
 #include "platform/FileDefaultsStore.h"
 #include "platform/UserFolders.h"
 #include "store/DatabaseManager.h"
+#include "tasks/RunLoop.h"
 #include "tasks/ThreadPool.h"
 
 namespace zelnor::bench {
@@ -85,7 +85,7 @@ std::vector<IndexMeasurement> measureEnumerator(const std::string& tree) {
 }
 
 std::vector<IndexMeasurement> measureScanner(const std::string& tree) {
-  BlockingLoop loop;
+  tasks::RunLoop loop;
   const tasks::ThreadPool pool(1);
   const Stopwatch watch;
   const auto scan = FileSystemScanner().scan({tree}, everythingBelow({tree}), {}, pool.executor());
@@ -107,7 +107,7 @@ std::vector<IndexMeasurement> measurePlainWriting(const std::string& tree,
 }
 
 std::vector<IndexMeasurement> measureRebuild(const std::string& tree, const std::string& data) {
-  BlockingLoop loop;
+  tasks::RunLoop loop;
   const tasks::ThreadPool pool(kBackgroundThreads);
   platform::FileDefaultsStore defaults(data);
   FileIndexActor actor({.dataFolder = data,
@@ -130,7 +130,7 @@ std::vector<IndexMeasurement> measureRebuild(const std::string& tree, const std:
 }
 
 std::vector<IndexMeasurement> measureClearing(const std::string& data) {
-  BlockingLoop loop;
+  tasks::RunLoop loop;
   const tasks::ThreadPool pool(1);
   DatabaseManager database(data, pool.executor());
   const auto rows = loop.await(database.totalFileCount());

@@ -8,7 +8,6 @@
 #include <nlohmann/json.hpp>
 
 #include "bench/BareSearch.h"
-#include "bench/BlockingLoop.h"
 #include "bench/Commands.h"
 #include "bench/QueryCases.h"
 #include "bench/QueryMeasurements.h"
@@ -16,6 +15,7 @@
 #include "search/SearchEngine.h"
 #include "search/SearchStatements.h"
 #include "store/DatabaseManager.h"
+#include "tasks/RunLoop.h"
 #include "tasks/ThreadPool.h"
 
 namespace zelnor::bench {
@@ -37,7 +37,7 @@ std::vector<QueryCase> casesFor(const BareSearch& bare) {
 }
 
 std::vector<QueryMeasurement> measureAll(const Options& options) {
-  BlockingLoop loop;
+  tasks::RunLoop loop;
   const tasks::ThreadPool pool(2);
   DatabaseManager database(options.data, pool.executor(), DatabaseManager::Access::readOnly);
   SearchEngine engine(database, pool.executor());

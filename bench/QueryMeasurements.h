@@ -7,10 +7,10 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include "bench/BareSearch.h"
-#include "bench/BlockingLoop.h"
 #include "bench/QueryCases.h"
 #include "bench/Statistics.h"
 #include "search/SearchEngine.h"
+#include "tasks/RunLoop.h"
 
 namespace zelnor::bench {
 
@@ -48,7 +48,7 @@ class QueryRunner {
     double secondsPerQuery = 5;
   };
 
-  QueryRunner(SearchEngine& engine, const BareSearch& bare, BlockingLoop& loop, Effort effort)
+  QueryRunner(SearchEngine& engine, const BareSearch& bare, tasks::RunLoop& loop, Effort effort)
       : engine_(engine), bare_(bare), loop_(loop), effort_(effort) {}
 
   QueryMeasurement measure(const QueryCase& queryCase);
@@ -61,7 +61,7 @@ class QueryRunner {
 
   SearchEngine& engine_;
   const BareSearch& bare_;
-  BlockingLoop& loop_;
+  tasks::RunLoop& loop_;
   Effort effort_;
 };
 

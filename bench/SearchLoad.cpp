@@ -4,11 +4,11 @@
 #include <utility>
 
 #include "bench/BareSearch.h"
-#include "bench/BlockingLoop.h"
 #include "bench/SampleTerms.h"
 #include "bench/Stopwatch.h"
 #include "search/SearchEngine.h"
 #include "store/DatabaseManager.h"
+#include "tasks/RunLoop.h"
 #include "tasks/ThreadPool.h"
 
 namespace zelnor::bench {
@@ -42,7 +42,7 @@ Statistics SearchLoad::stop() {
 }
 
 void SearchLoad::run(const std::stop_token& stop) {
-  BlockingLoop loop;
+  tasks::RunLoop loop;
   const tasks::ThreadPool pool(2);
   DatabaseManager database(data_, pool.executor(), DatabaseManager::Access::readOnly);
   SearchEngine engine(database, pool.executor());

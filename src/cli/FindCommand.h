@@ -5,10 +5,10 @@
 #include "cli/ExitStatus.h"
 #include "cli/IndexLocation.h"
 #include "cli/Options.h"
-#include "cli/RunLoop.h"
 #include "cli/StandardOutput.h"
 #include "search/SearchEngine.h"
 #include "store/DatabaseManager.h"
+#include "tasks/RunLoop.h"
 #include "tasks/ThreadPool.h"
 
 namespace zelnor::cli {
@@ -39,7 +39,7 @@ class FindCommand {
 
   const Options& options_;
   StandardOutput& output_;
-  RunLoop loop_;
+  tasks::RunLoop loop_;
   tasks::ThreadPool pool_;
   DatabaseManager database_;
   SearchEngine engine_;

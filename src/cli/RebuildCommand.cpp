@@ -8,12 +8,12 @@
 
 #include "cli/Failure.h"
 #include "cli/Progress.h"
-#include "cli/RunLoop.h"
 #include "indexer/FileIndexActor.h"
 #include "platform/FileDefaultsStore.h"
 #include "platform/FileLock.h"
 #include "platform/Priority.h"
 #include "platform/UserFolders.h"
+#include "tasks/RunLoop.h"
 #include "tasks/ThreadPool.h"
 
 namespace zelnor::cli {
@@ -68,7 +68,7 @@ platform::FileLock lockIndex(const std::string& folder) {
 /// An index actor that has come to rest when it goes away.
 class RunningActor {
  public:
-  RunningActor(RunLoop& loop, const FileIndexActor::Surroundings& surroundings)
+  RunningActor(tasks::RunLoop& loop, const FileIndexActor::Surroundings& surroundings)
       : loop_(loop), actor_(surroundings) {}
   RunningActor(const RunningActor&) = delete;
   RunningActor& operator=(const RunningActor&) = delete;
@@ -77,7 +77,7 @@ class RunningActor {
   FileIndexActor* operator->() { return &actor_; }
 
  private:
-  RunLoop& loop_;
+  tasks::RunLoop& loop_;
   FileIndexActor actor_;
 };
 
@@ -103,7 +103,7 @@ void rebuild(const Options& options, const IndexLocation& location) {
   const auto configuration = configurationFor(options);
   const auto lock = lockIndex(location.dataFolder);
   platform::FileDefaultsStore settings(location.settingsFolder);
-  RunLoop loop;
+  tasks::RunLoop loop;
   const tasks::ThreadPool pool(kIndexingThreads, platform::enterBackgroundPriority);
   RunningActor actor(loop, {location.dataFolder, pool.executor(), loop.executor(), settings});
   Progress progress;

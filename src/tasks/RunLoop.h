@@ -8,16 +8,17 @@
 
 #include "tasks/Async.h"
 
-namespace zelnor::bench {
+namespace zelnor::tasks {
 
-/// The calling thread as the main executor: it runs only while it waits for an operation.
-class BlockingLoop {
+/// The calling thread as the main executor, for programs without a window: it runs only while it
+/// waits for an operation.
+class RunLoop {
  public:
-  [[nodiscard]] tasks::Executor executor() { return context_.get_executor(); }
+  [[nodiscard]] Executor executor() { return context_.get_executor(); }
 
   /// Runs until `operation` has ended; answers its value or throws its error.
   template <class T>
-  T await(tasks::Async<T> operation) {
+  T await(Async<T> operation) {
     auto result = asio::co_spawn(context_, std::move(operation), asio::use_future);
     context_.restart();
     context_.run();
@@ -28,4 +29,4 @@ class BlockingLoop {
   asio::io_context context_;
 };
 
-}  // namespace zelnor::bench
+}  // namespace zelnor::tasks

@@ -68,20 +68,34 @@ void appendRecords(Statement& rows, std::vector<FileRecord>& records) {
 }
 
 /// While it lives SQLite sorts in files: to make an index of a large table in memory takes as much
-/// memory as the index.
+/// memory as the index. It still sorts as much at once as the page cache may hold.
 class SortingInFiles {
  public:
-  explicit SortingInFiles(sqlite3* connection) : connection_(connection) {
+  explicit SortingInFiles(sqlite3* connection)
+      : connection_(connection), cacheSize_(cacheSize(connection)) {
+    constexpr int kSortedAtOnceKiB = 8 << 10;
+    setCacheSize(-kSortedAtOnceKiB);
     SchemaManager::exec(connection_, "PRAGMA temp_store=FILE");
   }
   SortingInFiles(const SortingInFiles&) = delete;
   SortingInFiles& operator=(const SortingInFiles&) = delete;
   ~SortingInFiles() {
     sqlite3_exec(connection_, "PRAGMA temp_store=MEMORY", nullptr, nullptr, nullptr);
+    setCacheSize(cacheSize_);
   }
 
  private:
+  static std::int64_t cacheSize(sqlite3* connection) {
+    Statement statement(connection, "PRAGMA cache_size");
+    return statement.step() ? statement.integer(0) : 0;
+  }
+  void setCacheSize(std::int64_t size) const {
+    const auto sql = "PRAGMA cache_size=" + std::to_string(size);
+    sqlite3_exec(connection_, sql.c_str(), nullptr, nullptr, nullptr);
+  }
+
   sqlite3* connection_;
+  std::int64_t cacheSize_;
 };
 
 }  // namespace

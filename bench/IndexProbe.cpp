@@ -52,6 +52,7 @@ std::optional<double> IndexProbe::untilCorrect(const std::string& folder,
                                                const Stopwatch& since) const {
   const auto onDisk = test::walkIndependently(folder);
   const auto count = static_cast<std::int64_t>(onDisk.size());
+  // NOLINTNEXTLINE(misc-const-correctness): set by the watch below
   std::optional<double> seconds;
   watch(kPatienceSeconds, [&] {
     const auto now = since.seconds();  // what is read from here on was there by then

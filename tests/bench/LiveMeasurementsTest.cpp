@@ -13,8 +13,7 @@ namespace {
 constexpr std::uint64_t kEntries = 200;
 
 std::optional<double> valueOf(const Figures& figures, const std::string& name) {
-  const auto found = std::find_if(figures.begin(), figures.end(),
-                                  [&](const Figure& figure) { return figure.name == name; });
+  const auto found = std::ranges::find(figures, name, &Figure::name);
   return found != figures.end() ? found->value : std::nullopt;
 }
 

@@ -55,6 +55,7 @@ class Spawn {
  private:
   static std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> list;
+    list.reserve(texts.size() + 1);
     for (auto& text : texts) list.push_back(text.data());
     list.push_back(nullptr);
     return list;
@@ -79,7 +80,7 @@ class FindProgram : public testing::Test {
     std::istringstream output(run(std::move(arguments)).output);
     std::vector<std::string> lines;
     for (std::string line; std::getline(output, line);) lines.push_back(line);
-    std::sort(lines.begin(), lines.end());
+    std::ranges::sort(lines);
     return lines;
   }
   /// Every error is one line with status 2.

@@ -43,14 +43,14 @@ class SearchEngineTest : public testing::Test {
   /// What the text finds, in no particular order.
   std::vector<std::string> matches(const std::string& text, const SearchFilter& filter = {}) {
     auto found = paths(SearchQuery::parsed(text, filter));
-    std::sort(found.begin(), found.end());
+    std::ranges::sort(found);
     return found;
   }
   std::int64_t count(const SearchQuery& query) { return main_.await(engine_.searchCount(query)); }
 
   test::TemporaryFolder folder_;
+  test::MainThread main_;  // outlives the threads that resume on it
   tasks::ThreadPool pool_{2};
-  test::MainThread main_;
   DatabaseManager writer_{folder_.path(), pool_.executor()};
   DatabaseManager reader_{folder_.path(), pool_.executor(), DatabaseManager::Access::readOnly};
   SearchEngine engine_{reader_, pool_.executor()};

@@ -24,8 +24,8 @@ unsigned modeOf(const std::string& path) {
 class DatabaseManagerTest : public testing::Test {
  protected:
   const test::TemporaryFolder folder_;
+  test::MainThread main_;  // outlives the threads that resume on it
   tasks::ThreadPool pool_{2};
-  test::MainThread main_;
   DatabaseManager manager_{folder_ / "data", pool_.executor()};
   const test::RawDatabase raw_{folder_ / "data/index.sqlite"};
 

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 
 #include "store/FileRecord.h"
 
@@ -12,10 +13,8 @@ namespace zelnor::test {
 
 /// What is below `root`, found without any code of ours, in the form the index should hold it.
 inline std::map<std::string, FileRecord> walkIndependently(const std::string& root) {
-  static thread_local std::map<std::string, FileRecord>* found = nullptr;
+  static thread_local std::map<std::string, FileRecord> found;
   static thread_local std::size_t rootLength = 0;
-  std::map<std::string, FileRecord> result;
-  found = &result;
   rootLength = root.size();
   nftw(
       root.c_str(),
@@ -31,11 +30,11 @@ inline std::map<std::string, FileRecord> walkIndependently(const std::string& ro
         record.mtime = status->st_mtim.tv_sec;
         if (record.mtime < 0 && status->st_mtim.tv_nsec > 0) ++record.mtime;
         record.inode = static_cast<std::int64_t>(status->st_ino);
-        found->emplace(record.path, record);
+        found.emplace(record.path, record);
         return 0;
       },
       /*nopenfd=*/64, FTW_PHYS);
-  return result;
+  return std::exchange(found, {});
 }
 
 }  // namespace zelnor::test

@@ -16,7 +16,7 @@
 namespace zelnor::test {
 
 /// The test's own thread as the main executor: it runs only while the test waits for something, at
-/// most for a hard time-out.
+/// most for a hard time-out. It outlives the thread pools whose work resumes on it.
 class MainThread {
  public:
   [[nodiscard]] tasks::Executor executor() { return context_.get_executor(); }

@@ -36,11 +36,10 @@ class ManualClock final : public tasks::Clock {
     {
       const std::scoped_lock lock(mutex_);
       now_ += duration;
-      const auto firstDue =
-          std::partition(sleepers_.begin(), sleepers_.end(),
-                         [&](const Sleeper& sleeper) { return sleeper.first > now_; });
-      due.assign(firstDue, sleepers_.end());
-      sleepers_.erase(firstDue, sleepers_.end());
+      const auto over = std::ranges::partition(
+          sleepers_, [&](const Sleeper& sleeper) { return sleeper.first > now_; });
+      due.assign(over.begin(), over.end());
+      sleepers_.erase(over.begin(), over.end());
     }
     for (const auto& sleeper : due) sleeper.second->set(true);
   }

@@ -42,8 +42,8 @@ class Counter : public Actor {
 };
 
 TEST(Actor, RunsOneStepAtATimeWhoeverAwaits) {
-  ThreadPool pool(4);
   test::MainThread main;
+  ThreadPool pool(4);
   Counter counter(pool.executor());
   std::vector<Task> tasks;
   for (int i = 0; i < 8; ++i) {
@@ -56,8 +56,8 @@ TEST(Actor, RunsOneStepAtATimeWhoeverAwaits) {
 }
 
 TEST(Actor, InterleavesOnlyWhereAStepAwaits) {
-  ThreadPool pool(4);
   test::MainThread main;
+  ThreadPool pool(4);
   Counter counter(pool.executor());
   for (int i = 0; i < 200; ++i) {
     main.await(counter.addSlowly(pool.executor()));
@@ -67,8 +67,8 @@ TEST(Actor, InterleavesOnlyWhereAStepAwaits) {
 }
 
 TEST(Actor, WorksElsewhereAndResumesItsCallerWhereTheCallerWas) {
-  ThreadPool pool(2);
   test::MainThread main;
+  ThreadPool pool(2);
   Counter counter(pool.executor());
   const auto here = std::this_thread::get_id();
   main.await([&]() -> Async<void> {

@@ -64,7 +64,7 @@ TEST(MainQueue, RunsWhatAllThreadsPostInEachThreadsOrder) {
   }
   for (const auto& mine : seen) {
     ASSERT_EQ(mine.size(), static_cast<std::size_t>(kPosts));
-    EXPECT_TRUE(std::is_sorted(mine.begin(), mine.end()));
+    EXPECT_TRUE(std::ranges::is_sorted(mine));
   }
 }
 

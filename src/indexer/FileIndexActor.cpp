@@ -181,8 +181,9 @@ tasks::Async<void> FileIndexActor::startMonitoring(IndexConfiguration config) {
   co_await onActor([&] {
     currentConfig_ = config;
     fsMonitor_.reset();
-    if (!surroundings_.changes) return;
-    fsMonitor_ = createMonitor(config);
+    const auto& changes = surroundings_.changes;
+    if (!changes) return;
+    fsMonitor_ = createMonitor(config, *changes);
     const auto last = surroundings_.defaults.get<std::uint64_t>(kLastEventIDKey).value_or(0);
     fsMonitor_->start(config.includedPaths,
                       last != 0 ? last : platform::kFSEventStreamEventIdSinceNow);
@@ -193,8 +194,8 @@ tasks::Async<void> FileIndexActor::stopMonitoring() {
   co_await onActor([&] { fsMonitor_.reset(); });
 }
 
-std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfiguration& config) {
-  auto options = *surroundings_.changes;
+std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(
+    const IndexConfiguration& config, platform::ChangeStreamOptions options) {
   options.scope = {.excludedPrefixes = config.excludedPaths,
                    .skipsHidden = config.skipHiddenFiles,
                    .skipsPackageContents = config.skipPackageContents,
@@ -206,8 +207,9 @@ std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfig
   // Reactions run on the monitor's own thread; none runs after the monitor has stopped.
   auto monitor = std::make_unique<FSEventsMonitor>(
       kLatencySeconds, [this](std::vector<FSEventItem> items) { enqueue(std::move(items)); },
-      [options](std::vector<std::string> paths, std::uint64_t sinceWhen, double latency,
-                std::uint32_t flags, platform::ChangeStream::Callback callback) {
+      [options = std::move(options)](std::vector<std::string> paths, std::uint64_t sinceWhen,
+                                     double latency, std::uint32_t flags,
+                                     platform::ChangeStream::Callback callback) {
         auto complete = options;
         complete.roots = std::move(paths);
         complete.sinceWhen = sinceWhen;
@@ -247,7 +249,7 @@ tasks::Async<void> FileIndexActor::applyUpdates(std::stop_token stop) {
 }
 
 tasks::Async<void> FileIndexActor::handleFSEvents(std::vector<FSEventItem> events) {
-  auto update = co_await onActor([&] { return IncrementalUpdate::plan(std::move(events)); });
+  auto update = co_await onActor([&] { return IncrementalUpdate::plan(events); });
   try {
     if (!update.removals.empty()) co_await database_.deleteByPaths(std::move(update.removals));
     if (update.upserts.empty()) co_return;

@@ -87,7 +87,8 @@ class FileIndexActor : public tasks::Actor, public IndexMaintainer {
   tasks::Async<bool> fillOnce(const IndexConfiguration& config, bool onlyLacking,
                               std::int64_t& written, std::stop_token stop);
   tasks::Async<void> mergeInSteps(std::stop_token stop);
-  std::unique_ptr<FSEventsMonitor> createMonitor(const IndexConfiguration& config);
+  std::unique_ptr<FSEventsMonitor> createMonitor(const IndexConfiguration& config,
+                                                 platform::ChangeStreamOptions options);
   void enqueue(std::vector<FSEventItem> events);
   tasks::Async<void> applyUpdates(std::stop_token stop);
   void publish(std::function<void(IndexStatus&)> change) const;

@@ -62,7 +62,7 @@ class RootGuard {
   };
 
   static std::optional<Identity> identify(const std::string& path);
-  void lookAt(Root& root, const MountTable& mounts, News& news);
+  static void lookAt(Root& root, const MountTable& mounts, News& news);
   static void settle(Root& root, const Identity& identity, const MountTable& mounts, News& news);
   void lookBelow(const MountTable& mounts, News& news);
   void leave(const std::string& point, News& news);

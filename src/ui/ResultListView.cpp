@@ -54,7 +54,7 @@ void ResultListView::keyPressEvent(QKeyEvent* event) {
       break;
   }
   const bool isCommand =
-      event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+      event->modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
   const auto text = event->text();
   if (!isCommand && !text.isEmpty() && text.front().isPrint() && text.front() != u' ') {
     Q_EMIT typed(text);

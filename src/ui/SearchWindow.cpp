@@ -142,12 +142,10 @@ void SearchWindow::searchingChanged() {
 void SearchWindow::choosePage() {
   if (viewModel_.queryText().empty() && !viewModel_.filter().isActive()) {
     pages_->setCurrentWidget(start_);
-  } else if (!viewModel_.results().empty()) {
-    pages_->setCurrentWidget(list_);
-  } else if (isAnswered_ && !viewModel_.isSearching()) {
+  } else if (viewModel_.results().empty() && isAnswered_ && !viewModel_.isSearching()) {
     noResults_->setQuery(displayText(viewModel_.queryText()));
     pages_->setCurrentWidget(noResults_);
-  } else if (pages_->currentWidget() == start_) {
+  } else if (!viewModel_.results().empty() || pages_->currentWidget() == start_) {
     // Until there is an answer, "nothing found" would be a guess.
     pages_->setCurrentWidget(list_);
   }

@@ -31,7 +31,7 @@ class RecentDelegate final : public QStyledItemDelegate {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
-    if (option.state & (QStyle::State_Selected | QStyle::State_MouseOver)) {
+    if (option.state.testAnyFlags(QStyle::State_Selected | QStyle::State_MouseOver)) {
       const bool selected = option.state.testFlag(QStyle::State_Selected);
       painter->setBrush(selected ? palette::kSelection : palette::kHover);
       painter->drawRoundedRect(option.rect.adjusted(8, 1, -8, -1), 6, 6);

@@ -97,17 +97,22 @@ class LiveRun {
     addSearches("of the idle index", idle_);
   }
 
-  /// Searches while `change` runs and until the index has caught up with it.
-  void measureBurst(const std::string& name, const std::function<void()>& change) {
-    SearchLoad searches(data_, searches_);
+  /// Until the index has caught up with `change`.
+  void measureChange(const std::string& name, const std::function<void()>& change) {
     const Stopwatch making;
     change();
     const auto made = making.seconds();
     const Stopwatch sinceLast;
     const auto correct = probe_.untilCorrect(scratch_, sinceLast);
-    const auto times = searches.stop();
     add(name + ": made in", "s", made);
     add(name + ": index correct after the last", "s", correct);
+  }
+
+  /// The same while somebody searches.
+  void measureBurst(const std::string& name, const std::function<void()>& change) {
+    SearchLoad searches(data_, searches_);
+    measureChange(name, change);
+    const auto times = searches.stop();
     addSearches("during " + name, times);
     if (idle_.p95 > 0) add("search during " + name + ": p95 / idle", "", times.p95 / idle_.p95);
   }
@@ -123,8 +128,10 @@ class LiveRun {
     });
   }
   void measureMove() {
-    measureBurst("moving the unpacked",
-                 [&] { fs::rename(scratch_ + "/unpacked", scratch_ + "/moved"); });
+    const auto unpacked = scratch_ + "/unpacked";
+    const auto moved = scratch_ + "/moved";
+    measureChange("moving the unpacked", [&] { fs::rename(unpacked, moved); });
+    measureBurst("moving it back", [&] { fs::rename(moved, unpacked); });
   }
 
   void measureIdleness() {

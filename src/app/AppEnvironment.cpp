@@ -82,8 +82,10 @@ tasks::Async<void> AppEnvironment::open() {
   index_ = co_await runOn(interactive, openIndex);
   source_.open(index_->engine());
   if (auto* indexer = index_->indexer()) {
-    indexer->status().observe(
-        [this](const IndexStatus& status) { Q_EMIT indexStatusChanged(status); });
+    indexer->status().observe([this](const IndexStatus& status) {
+      Q_EMIT indexStatusChanged(status);
+      searchViewModel_->indexChanged();
+    });
     Q_EMIT noticeChanged({});
   } else {
     Q_EMIT noticeChanged(QStringLiteral(u"另一个进程正在维护索引，此窗口只能搜索"));

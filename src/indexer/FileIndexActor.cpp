@@ -19,6 +19,9 @@ namespace {
 constexpr auto kLastEventIDKey = "FSEventsLastEventID";
 constexpr double kLatencySeconds = 0.5;
 
+/// Changes at once that are worth putting off the merging of the full-text table.
+constexpr std::size_t kBurst = 5'000;
+
 /// Thrown inside a rebuild when it was asked to stop; never leaves it.
 struct RebuildCancelled : std::exception {};
 
@@ -125,8 +128,7 @@ tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, Start s
     throw;
   }
   co_await startMonitoring(std::move(config));
-  mergeTask_ = tasks::Task::spawn(strand(),
-                                  [this](std::stop_token s) { return mergeInSteps(std::move(s)); });
+  startMerging();
 }
 
 tasks::Async<void> FileIndexActor::fill(const IndexConfiguration& config, Start start,
@@ -167,6 +169,12 @@ tasks::Async<bool> FileIndexActor::fillOnce(const IndexConfiguration& config, bo
                             surroundings_.dataFolder);
   }
   co_return scan.stream->discarded() == 0 && spool->lost() == 0;
+}
+
+void FileIndexActor::startMerging() {
+  mergeTask_.cancel();
+  mergeTask_ = tasks::Task::spawn(
+      strand(), [this](std::stop_token stop) { return mergeInSteps(std::move(stop)); });
 }
 
 tasks::Async<void> FileIndexActor::mergeInSteps(std::stop_token stop) {
@@ -232,7 +240,7 @@ std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(
 void FileIndexActor::enqueue(std::vector<FSEventItem> events) {
   gate_->handOver();
   asio::post(strand(), [this, events = std::move(events)]() mutable {
-    updates_.push_back(std::move(events));
+    updates_.push(std::move(events));
     if (updateTask_ && !updateTask_.isDone()) return;
     updateTask_ = tasks::Task::spawn(
         strand(), [this](std::stop_token stop) { return applyUpdates(std::move(stop)); });
@@ -240,25 +248,46 @@ void FileIndexActor::enqueue(std::vector<FSEventItem> events) {
 }
 
 tasks::Async<void> FileIndexActor::applyUpdates(std::stop_token stop) {
-  while (!updates_.empty()) {
-    auto events = std::move(updates_.front());
-    updates_.pop_front();
-    if (!stop.stop_requested()) co_await handleFSEvents(std::move(events));
-    gate_->applied();
+  bool isBurst = false;
+  while (!updates_.isEmpty()) {
+    auto update = updates_.take();
+    if (!isBurst && update.events.size() >= kBurst && !isRebuilding()) {
+      isBurst = true;
+      mergeTask_.cancel();
+      co_await attempt(database_.deferMerging());
+    }
+    if (!stop.stop_requested()) co_await handleFSEvents(std::move(update.events));
+    for (; update.lists > 0; --update.lists) gate_->applied();
   }
+  // A rebuild defers merging too, and resumes it itself.
+  if (!isBurst || isRebuilding()) co_return;
+  co_await attempt(database_.resumeMerging());
+  if (!stop.stop_requested()) startMerging();
 }
 
 tasks::Async<void> FileIndexActor::handleFSEvents(std::vector<FSEventItem> events) {
-  auto update = co_await onActor([&] { return IncrementalUpdate::plan(events); });
+  co_await attempt(update(std::move(events)));
+}
+
+tasks::Async<void> FileIndexActor::update(std::vector<FSEventItem> events) {
+  auto changes = co_await onActor([&] { return IncrementalUpdate::plan(events); });
+  if (!changes.removals.empty()) {
+    co_await database_.deleteByPaths(std::move(changes.removals));
+    // The status stays; what shows files is told that there are fewer.
+    publish([](IndexStatus&) {});
+  }
+  if (changes.upserts.empty()) co_return;
+  co_await database_.batchInsert(std::move(changes.upserts));
+  const auto total = co_await database_.totalFileCount();
+  publish([total](IndexStatus& status) {
+    status.state = IndexStatus::State::idle();
+    status.totalFiles = total;
+  });
+}
+
+tasks::Async<void> FileIndexActor::attempt(tasks::Async<void> step) const {
   try {
-    if (!update.removals.empty()) co_await database_.deleteByPaths(std::move(update.removals));
-    if (update.upserts.empty()) co_return;
-    co_await database_.batchInsert(std::move(update.upserts));
-    const auto total = co_await database_.totalFileCount();
-    publish([total](IndexStatus& status) {
-      status.state = IndexStatus::State::idle();
-      status.totalFiles = total;
-    });
+    co_await std::move(step);
   } catch (const std::exception& error) {
     surroundings_.log(std::string("[FSEvents] Incremental update error: ") + error.what());
   }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -13,6 +12,7 @@
 #include "indexer/IndexConfiguration.h"
 #include "indexer/IndexMaintainer.h"
 #include "indexer/LiveIndexStatus.h"
+#include "indexer/PendingUpdates.h"
 #include "platform/ChangeStream.h"
 #include "platform/DefaultsStore.h"
 #include "platform/HandoverGate.h"
@@ -87,10 +87,16 @@ class FileIndexActor : public tasks::Actor, public IndexMaintainer {
   tasks::Async<bool> fillOnce(const IndexConfiguration& config, bool onlyLacking,
                               std::int64_t& written, std::stop_token stop);
   tasks::Async<void> mergeInSteps(std::stop_token stop);
+  void startMerging();
   std::unique_ptr<FSEventsMonitor> createMonitor(const IndexConfiguration& config,
                                                  platform::ChangeStreamOptions options);
   void enqueue(std::vector<FSEventItem> events);
   tasks::Async<void> applyUpdates(std::stop_token stop);
+  tasks::Async<void> update(std::vector<FSEventItem> events);
+  /// A failed step of an update is a line in the log; the next update is another one.
+  tasks::Async<void> attempt(tasks::Async<void> step) const;
+  /// Called on the actor.
+  [[nodiscard]] bool isRebuilding() const { return indexTask_ && !indexTask_.isDone(); }
   void publish(std::function<void(IndexStatus&)> change) const;
 
   const Surroundings surroundings_;
@@ -104,7 +110,7 @@ class FileIndexActor : public tasks::Actor, public IndexMaintainer {
   tasks::Task mergeTask_;
   /// Delivered and not yet applied, in order; two lists must not be applied at once, or the older
   /// could store what the newer has just found gone.
-  std::deque<std::vector<FSEventItem>> updates_;
+  PendingUpdates updates_;
   tasks::Task updateTask_;
   std::shared_ptr<platform::HandoverGate> gate_ = std::make_shared<platform::HandoverGate>();
   std::optional<IndexConfiguration> currentConfig_;

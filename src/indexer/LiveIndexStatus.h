@@ -12,12 +12,14 @@ class LiveIndexStatus {
  public:
   [[nodiscard]] const IndexStatus& value() const { return value_; }
 
-  /// Changes the status and tells the observer.
+  /// Changes the status and tells the observer, also when it stays the same: the index may have
+  /// changed all the same.
   void update(const std::function<void(IndexStatus&)>& change) {
     change(value_);
     if (observer_) observer_(value_);
   }
-  /// The one to be told after each change, on the main thread.
+  /// The one to be told after each change of the status or of the rows of the index, on the main
+  /// thread.
   void observe(std::function<void(const IndexStatus&)> observer) {
     observer_ = std::move(observer);
   }

@@ -93,9 +93,26 @@ class SearchViewModel::Tasks {
           return nextPage(services, owner, query, offset, std::move(stop));
         });
   }
+  /// Once a refresh has asked the source, what changes from then on needs another.
+  void startRefresh() {
+    isStale_ = true;
+    if (isRefreshing()) return;
+    refresh_ = group_.spawn(
+        [services = services_, owner = QPointer(&owner_)](std::stop_token stop) {
+          return refresh(services, owner, std::move(stop));
+        });
+  }
+  /// A refresh that has asked already would bring back what the list no longer has, or take away
+  /// what it is about to get.
+  void restartRefresh() {
+    if (!isRefreshing()) return;
+    refresh_.cancel();
+    startRefresh();
+  }
   void cancelSearch() const {
     search_.cancel();
     page_.cancel();
+    refresh_.cancel();
   }
 
   void stop(std::function<void()> stopped) {
@@ -121,7 +138,7 @@ class SearchViewModel::Tasks {
     FirstPage page;
     std::optional<std::string> failure;
     try {
-      page = co_await firstPage(services.source, query, stop);
+      page = co_await firstPage(services.source, query, kPageSize, stop);
     } catch (const std::exception& error) {
       failure = error.what();
     }
@@ -135,7 +152,7 @@ class SearchViewModel::Tasks {
   }
 
   static tasks::Async<FirstPage> firstPage(SearchSource& source, const SearchQuery& query,
-                                           const std::stop_token& stop) {
+                                           std::int64_t limit, const std::stop_token& stop) {
     FirstPage page;
     switch (query.mode.kind) {
       case SearchMode::Kind::empty:
@@ -146,7 +163,7 @@ class SearchViewModel::Tasks {
         break;
       case SearchMode::Kind::fts:
       case SearchMode::Kind::glob:
-        page.results = co_await source.search(query, kPageSize, 0);
+        page.results = co_await source.search(query, limit, 0);
         if (!stop.stop_requested()) page.count = co_await source.searchCount(query);
         break;
     }
@@ -169,6 +186,30 @@ class SearchViewModel::Tasks {
     }
   }
 
+  static tasks::Async<void> refresh(SearchServices services, Owner owner, std::stop_token stop) {
+    do {
+      const bool waited = co_await services.clock.sleep(kRefreshPause, stop);
+      if (!waited || stop.stop_requested() || !owner) co_return;
+      if (owner->isSearching_ || owner->isLoadingMore_) continue;
+      owner->tasks_->isStale_ = false;
+      const auto query = *owner->lastQuery_;
+      const auto limit = std::max(kPageSize, owner->currentOffset_);
+      std::optional<FirstPage> page;
+      try {
+        page = co_await firstPage(services.source, query, limit, stop);
+      } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): nobody asked for it
+      }
+      if (stop.stop_requested() || !owner) {
+        if (page) freeElsewhere(services.background, std::move(page->results));
+        co_return;
+      }
+      if (page) owner->refreshed(std::move(*page));
+    } while (owner && owner->tasks_->isStale_);
+  }
+  [[nodiscard]] bool isRefreshing() const {
+    return refresh_ && !refresh_.isDone() && !refresh_.isCancelled();
+  }
+
   tasks::Async<void> waitForEnd(std::function<void()> stopped) {
     co_await group_.wait();
     co_await recents.flush();
@@ -181,6 +222,8 @@ class SearchViewModel::Tasks {
   tasks::Task debounce_;
   tasks::Task search_;
   tasks::Task page_;
+  tasks::Task refresh_;
+  bool isStale_ = false;  ///< the index has changed since the refresh asked
 };
 
 SearchViewModel::SearchViewModel(const SearchServices& services, QObject* parent)
@@ -270,6 +313,7 @@ void SearchViewModel::searchFailed(const std::string& description) {
 
 void SearchViewModel::loadMore() {
   if (!hasMore_ || isLoadingMore_ || isSearching_ || !lastQuery_) return;
+  tasks_->restartRefresh();
   tasks_->startPage(*lastQuery_, currentOffset_);
   Update(*this).set(isLoadingMore_, true, &SearchViewModel::isLoadingMoreChanged);
 }
@@ -287,6 +331,39 @@ void SearchViewModel::pageMissed() {
   Update(*this).set(isLoadingMore_, false, &SearchViewModel::isLoadingMoreChanged);
 }
 
+void SearchViewModel::indexChanged() {
+  if (lastQuery_ && !errorMessage_) tasks_->startRefresh();
+}
+
+void SearchViewModel::refreshed(FirstPage page) {
+  if (page.results == results_ && page.count == totalCount_) {
+    tasks_->free(std::move(page.results));
+    return;
+  }
+  Update update(*this);
+  update.set(selectedIDs_, selectedAmong(page.results), &SearchViewModel::selectedIDsChanged);
+  tasks_->free(std::exchange(results_, std::move(page.results)));
+  update.resultsDid(ResultsChange::refreshed);
+  update.set(totalCount_, page.count, &SearchViewModel::totalCountChanged);
+  currentOffset_ = sizeOf(results_);
+  update.set(hasMore_, sizeOf(results_) < page.count, &SearchViewModel::hasMoreChanged);
+  update.set(resultCount_, page.count, &SearchViewModel::resultCountChanged);
+}
+
+/// The ids of the selected files in `rows`: a file that changed has a new one.
+SearchViewModel::IdSet SearchViewModel::selectedAmong(const Results& rows) const {
+  if (selectedIDs_.empty()) return {};
+  std::set<std::string_view> paths;
+  auto selected = selectedIDs_;
+  for (const auto& result : results_) {
+    if (selected.erase(result.id()) > 0) paths.insert(result.record.path);
+  }
+  for (const auto& row : rows) {
+    if (paths.contains(row.record.path)) selected.insert(row.id());
+  }
+  return selected;
+}
+
 void SearchViewModel::updateSort(SortField field) {
   {
     Update update(*this);
@@ -298,6 +375,7 @@ void SearchViewModel::updateSort(SortField field) {
 }
 
 void SearchViewModel::removeResults(const IdSet& ids) {
+  tasks_->restartRefresh();
   Update update(*this);
   const auto removed = std::erase_if(
       results_, [&](const SearchResult& result) { return ids.contains(result.id()); });

@@ -31,6 +31,8 @@ class SearchViewModel final : public QObject {
  public:
   static constexpr std::int64_t kPageSize = 200;
   static constexpr std::chrono::milliseconds kDebounce{150};
+  /// Between a change of the index and the look at what it means for the list.
+  static constexpr std::chrono::milliseconds kRefreshPause{250};
 
   using IdSet = std::set<std::int64_t>;
 
@@ -39,6 +41,7 @@ class SearchViewModel final : public QObject {
     replaced,  ///< another list
     appended,  ///< further rows follow those that were there
     removed,   ///< some rows have gone, the rest kept its order
+    refreshed,  ///< the same search, answered by the index as it is now
   };
 
   explicit SearchViewModel(const SearchServices& services, QObject* parent = nullptr);
@@ -87,6 +90,10 @@ class SearchViewModel final : public QObject {
   /// Forgets rows, for instance of files that were moved to the trash.
   void removeResults(const IdSet& ids);
 
+  /// The index may hold other rows now: brings the list up to date after `kRefreshPause`, without
+  /// a sign of searching. As many rows as were loaded stay loaded, and selected files stay selected.
+  void indexChanged();
+
   /// Gives up everything under way. Calls `stopped` (main thread) when all of it has ended and
   /// everything is stored; the view model must live until then.
   void stop(std::function<void()> stopped);
@@ -119,6 +126,8 @@ class SearchViewModel final : public QObject {
   void searchFailed(const std::string& description);
   void pageArrived(std::vector<SearchResult> page);
   void pageMissed();
+  void refreshed(FirstPage page);
+  [[nodiscard]] IdSet selectedAmong(const std::vector<SearchResult>& rows) const;
 
   std::string queryText_;
   SearchFilter filter_;

@@ -62,6 +62,14 @@ tasks::Async<bool> DatabaseManager::isBulkLoadUnfinished() {
   co_return co_await onActor([&] { return database_->isBulkLoadUnfinished(); });
 }
 
+tasks::Async<void> DatabaseManager::deferMerging() {
+  co_await onActor([&] { database_->deferMerging(); });
+}
+
+tasks::Async<void> DatabaseManager::resumeMerging() {
+  co_await onActor([&] { database_->resumeMerging(); });
+}
+
 tasks::Async<bool> DatabaseManager::mergeStep() {
   co_return co_await onActor([&] { return database_->mergeStep(); });
 }

@@ -32,9 +32,10 @@ class FullTextIndex {
   /// Forgets everything at once.
   void clear();
 
-  /// Merging keeps searches fast but takes most of the time of writing: a bulk load puts it off.
+  /// Merging keeps searches fast but takes most of the time of writing: many changes at
+  /// once put it off.
   void deferMerging();
-  /// Back to the defaults of FTS5. Also on open, for a process that died during a bulk load.
+  /// Back to the defaults of FTS5. Also on open, for a process that died meanwhile.
   void resumeMerging();
   /// Merges a few pages of what was put off; answers whether more is left.
   bool mergeStep();

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <mutex>
 #include <utility>
 
 #include "platform/FileDescriptor.h"
@@ -38,7 +39,13 @@ void createPrivateFile(const std::string& path) {
   if (file) ::fchmod(file.get(), 0600);
 }
 
+/// SQLite counts every allocation under one lock of the process, for figures that nobody reads
+/// here: searches would wait for the writer. Only possible before its first use in the process.
+void leaveMemoryUncounted() { sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); }
+
 ConnectionHandle connect(const std::string& path, int flags) {
+  static std::once_flag once;
+  std::call_once(once, leaveMemoryUncounted);
   sqlite3* connection = nullptr;
   const int code =
       sqlite3_open_v2(path.c_str(), &connection, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
@@ -313,6 +320,14 @@ void IndexDatabase::endBulkLoad() {
 bool IndexDatabase::isBulkLoadUnfinished() {
   Statement version(connection_.get(), "PRAGMA user_version");
   return version.step() && version.integer(0) == kUnfinished;
+}
+
+void IndexDatabase::deferMerging() {
+  if (writer_) writer_->fullText.deferMerging();
+}
+
+void IndexDatabase::resumeMerging() {
+  if (writer_) writer_->fullText.resumeMerging();
 }
 
 bool IndexDatabase::mergeStep() {

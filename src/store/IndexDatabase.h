@@ -44,6 +44,8 @@ class IndexDatabase {
   void beginBulkLoad();
   void endBulkLoad();
   bool isBulkLoadUnfinished();
+  void deferMerging();
+  void resumeMerging();
   bool mergeStep();
 
   /// Makes the statement that runs now fail; the only operation for another thread.

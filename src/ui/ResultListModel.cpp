@@ -84,15 +84,35 @@ QVariant ResultListModel::data(const QModelIndex& index, int role) const {
 }
 
 void ResultListModel::follow(SearchViewModel::ResultsChange change) {
+  switch (change) {
+    case SearchViewModel::ResultsChange::replaced:
+    case SearchViewModel::ResultsChange::removed:
+      beginResetModel();
+      rows_ = rowsOf(results_);
+      endResetModel();
+      break;
+    case SearchViewModel::ResultsChange::appended:
+      resize();
+      break;
+    case SearchViewModel::ResultsChange::refreshed:
+      // Not a reset, after which a view would begin at the top.
+      resize();
+      if (rows_ > 0) Q_EMIT dataChanged(index(0), index(rows_ - 1));
+      break;
+  }
+}
+
+/// Rows come and go at the end.
+void ResultListModel::resize() {
   const int rows = rowsOf(results_);
-  if (change == SearchViewModel::ResultsChange::appended) {
+  if (rows > rows_) {
     beginInsertRows({}, rows_, rows - 1);
     rows_ = rows;
     endInsertRows();
-  } else {
-    beginResetModel();
+  } else if (rows < rows_) {
+    beginRemoveRows({}, rows, rows_ - 1);
     rows_ = rows;
-    endResetModel();
+    endRemoveRows();
   }
 }
 

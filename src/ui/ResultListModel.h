@@ -30,6 +30,7 @@ class ResultListModel final : public QAbstractListModel {
 
  private:
   void follow(SearchViewModel::ResultsChange change);
+  void resize();
 
   const SearchViewModel& results_;
   int rows_;  ///< as announced to the views

@@ -1,5 +1,7 @@
 #include "ui/ResultListView.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <QItemSelection>
@@ -15,6 +17,8 @@ namespace zelnor::ui {
 
 ResultListView::ResultListView(SearchViewModel& viewModel, QWidget* parent)
     : QListView(parent), viewModel_(viewModel) {
+  // Before the model, which is connected next: while rows go, their selection is nobody's choice.
+  connect(&viewModel, &SearchViewModel::resultsChanged, this, [this] { sharing_ = true; });
   setModel(new ResultListModel(viewModel, this));
   setItemDelegate(new ResultDelegate(this));
   setUniformItemSizes(true);
@@ -28,7 +32,7 @@ ResultListView::ResultListView(SearchViewModel& viewModel, QWidget* parent)
   connect(this, &QListView::doubleClicked, this, &ResultListView::open);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ResultListView::loadMoreAtTheEnd);
   connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &ResultListView::loadMoreAtTheEnd);
-  // After the model, which was connected first.
+  // After the model.
   connect(&viewModel, &SearchViewModel::resultsChanged, this, &ResultListView::follow);
   connect(&viewModel, &SearchViewModel::selectedIDsChanged, this, &ResultListView::showSelection);
 }
@@ -77,9 +81,34 @@ void ResultListView::selectionChanged(const QItemSelection& selected,
   viewModel_.setSelectedIDs(std::move(ids));
 }
 
+void ResultListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QListView::currentChanged(current, previous);
+  if (sharing_) return;
+  currentPath_ = current.isValid() ? resultAt(current).record.path : std::string();
+}
+
 void ResultListView::follow(SearchViewModel::ResultsChange change) {
+  sharing_ = false;
   if (change == SearchViewModel::ResultsChange::replaced) scrollToTop();
+  if (change == SearchViewModel::ResultsChange::refreshed) findCurrent();
   showSelection();
+}
+
+/// The keyboard stays at its file, and the view where the user has scrolled it.
+void ResultListView::findCurrent() {
+  if (currentPath_.empty()) return;
+  const auto& rows = viewModel_.results();
+  const auto found = std::ranges::find(
+      rows, currentPath_, [](const SearchResult& row) -> const auto& { return row.record.path; });
+  if (found == rows.end()) return;
+  setAutoScroll(false);
+  const auto row = static_cast<int>(std::distance(rows.begin(), found));
+  selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::NoUpdate);
+  setAutoScroll(true);
+}
+
+const SearchResult& ResultListView::resultAt(const QModelIndex& index) const {
+  return viewModel_.results().at(static_cast<std::size_t>(index.row()));
 }
 
 void ResultListView::showSelection() {
@@ -102,8 +131,7 @@ void ResultListView::loadMoreAtTheEnd() {
 }
 
 void ResultListView::open(const QModelIndex& index) {
-  if (index.isValid())
-    Q_EMIT opened(viewModel_.results().at(static_cast<std::size_t>(index.row())));
+  if (index.isValid()) Q_EMIT opened(resultAt(index));
 }
 
 }  // namespace zelnor::ui

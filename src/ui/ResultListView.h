@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include <QListView>
 
 #include "search/SearchViewModel.h"
@@ -28,15 +30,19 @@ class ResultListView final : public QListView {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
  private:
   void follow(SearchViewModel::ResultsChange change);
+  void findCurrent();
+  [[nodiscard]] const SearchResult& resultAt(const QModelIndex& index) const;
   void loadMoreAtTheEnd();
   void showSelection();
   void open(const QModelIndex& index);
 
   SearchViewModel& viewModel_;
-  bool sharing_ = false;  ///< the selection is being carried over, in either direction
+  bool sharing_ = false;     ///< the selection is being carried over, in either direction
+  std::string currentPath_;  ///< of the row that the keyboard is at
 };
 
 }  // namespace zelnor::ui

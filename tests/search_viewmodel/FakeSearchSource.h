@@ -24,6 +24,7 @@ class FakeSearchSource final : public SearchSource {
   };
 
   std::int64_t matches = 0;
+  std::int64_t firstRow = 0;  ///< the first match; those before have gone
   std::optional<DatabaseError> failure;
   bool isHeld = false;
   std::vector<Call> searches;
@@ -35,7 +36,7 @@ class FakeSearchSource final : public SearchSource {
     co_await turn();
     std::vector<SearchResult> page;
     const auto end = offset + std::min(limit, std::max<std::int64_t>(matches - offset, 0));
-    for (auto id = offset; id < end; ++id) page.push_back(row(id));
+    for (auto id = offset; id < end; ++id) page.push_back(row(firstRow + id));
     co_return page;
   }
 

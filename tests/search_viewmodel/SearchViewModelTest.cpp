@@ -288,6 +288,69 @@ TEST_F(SearchViewModelTest, RemovingRowsLeavesTheRestAndItsOrder) {
   EXPECT_EQ(source_.searches.back().offset, 200);
 }
 
+TEST_F(SearchViewModelTest, TheListFollowsTheIndexQuietly) {
+  int busy = 0;
+  QObject::connect(model_.get(), &SearchViewModel::isSearchingChanged, [&] { ++busy; });
+  source_.matches = 450;
+  search("report");
+  model_->loadMore();
+  settle();
+  model_->setSelectedIDs({0, 399});
+  busy = 0;
+
+  source_.firstRow = 1;  // the first file has gone, two have come
+  source_.matches = 451;
+  for (int i = 0; i < 3; ++i) model_->indexChanged();
+  settle();
+  EXPECT_EQ(source_.searches.size(), 2U);
+  pass(SearchViewModel::kRefreshPause);
+  ASSERT_EQ(source_.searches.size(), 3U);
+  EXPECT_EQ(source_.searches[2].limit, 400);
+  EXPECT_EQ(model_->results().size(), 400U);
+  EXPECT_EQ(model_->results().front(), test::FakeSearchSource::row(1));
+  EXPECT_THAT(model_->selectedIDs(), ElementsAre(399));
+  EXPECT_EQ(model_->resultCount(), 451);
+  EXPECT_EQ(busy, 0);
+  EXPECT_THAT(model_->recentSearches(), ElementsAre("report"));
+
+  model_->loadMore();  // goes on behind the rows that are there
+  settle();
+  EXPECT_EQ(model_->results().size(), 451U);
+  EXPECT_FALSE(model_->hasMore());
+}
+
+TEST_F(SearchViewModelTest, ARefreshGivesWayToTheUser) {
+  source_.matches = 450;
+  search("report");
+  source_.isHeld = true;
+  model_->indexChanged();
+  pass(SearchViewModel::kRefreshPause);
+  ASSERT_EQ(source_.waiting(), 1U);
+  model_->indexChanged();  // after the source was asked: it needs to be asked again
+
+  model_->loadMore();
+  settle();
+  source_.isHeld = false;
+  while (source_.waiting() > 0) release();
+  EXPECT_EQ(model_->results().size(), 400U);  // the refresh would have left 200
+  pass(SearchViewModel::kRefreshPause);
+  EXPECT_EQ(source_.searches.back().limit, 400);
+
+  source_.isHeld = true;
+  model_->indexChanged();
+  pass(SearchViewModel::kRefreshPause);
+  model_->removeResults({0});
+  model_->setQueryText("");
+  source_.isHeld = false;
+  while (source_.waiting() > 0) release();
+  pass(SearchViewModel::kRefreshPause);
+  EXPECT_THAT(model_->results(), IsEmpty());
+  const auto asked = source_.searches.size();
+  model_->indexChanged();  // nothing to bring up to date
+  pass(SearchViewModel::kRefreshPause);
+  EXPECT_EQ(source_.searches.size(), asked);
+}
+
 TEST_F(SearchViewModelTest, SignalsWhatChangedOnceAllOfItHas) {
   std::map<std::string, int> seen;
   const auto count = [&](const std::string& name) { return [&seen, name] { ++seen[name]; }; };

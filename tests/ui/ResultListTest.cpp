@@ -72,6 +72,30 @@ TEST_F(ResultListTest, SharesTheSelectionAndKeepsItThroughOtherResults) {
             QStringLiteral("name1"));
 }
 
+TEST_F(ResultListTest, StaysWhereTheUserIsWhenTheIndexChanges) {
+  source_.matches = 450;
+  ResultListView view(model_);
+  view.resize(600, 400);
+  view.show();
+  search("report");
+  view.enter();
+  for (int i = 0; i < 30; ++i) QTest::keyClick(&view, Qt::Key_Down);
+  const auto scrolled = view.verticalScrollBar()->value();
+  ASSERT_GT(scrolled, 0);
+
+  source_.firstRow = 3;  // three files above have gone, and the list is shorter
+  source_.matches = 100;
+  model_.indexChanged();
+  settle();
+  clock_.advance(SearchViewModel::kRefreshPause);
+  settle();
+  EXPECT_EQ(view.model()->rowCount(), 100);
+  EXPECT_EQ(view.verticalScrollBar()->value(), scrolled);
+  EXPECT_THAT(model_.selectedIDs(), ElementsAre(30));
+  EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("name30"));
+  EXPECT_EQ(view.selectionModel()->selectedRows().size(), 1);
+}
+
 TEST(ResultRowGeometry, KeepsItsPartsApartAtAnyWidth) {
   for (const int width : {900, 480, 200}) {
     const QRect row(0, 96, width, ResultRowGeometry::kHeight);

@@ -46,6 +46,24 @@ TEST_F(MonitoringTest, TheIndexFollowsWhatHappensToTheTree) {
   EXPECT_TRUE(indexer_.defaults().get<std::uint64_t>("FSEventsLastEventID").value_or(0) > 0);
 }
 
+TEST_F(MonitoringTest, ManyChangesAtOnceLeaveTheFullTextTableAsItWas) {
+  tree_.file("kept");
+  indexer_.rebuild(test::configurationOf(tree_.path()));
+  for (int i = 0; i < 12'000; ++i) tree_.file(std::to_string(i / 1000) + "/" + std::to_string(i));
+  waitUntilCurrent(indexer_, tree_.path());
+  std::filesystem::rename(tree_ / "3", tree_ / "moved");
+  for (const auto* folder : {"0", "1", "2", "4", "5", "6"}) {
+    std::filesystem::remove_all(tree_ / folder);
+  }
+  waitUntilCurrent(indexer_, tree_.path());
+  const test::RawDatabase database(data_ / "index.sqlite");
+  indexer_.main().runUntil([&] {  // merging goes on as before
+    return database.integer("SELECT v FROM files_fts_config WHERE k = 'automerge'") > 0;
+  });
+  indexer_.main().await(indexer_.actor().settled());
+  EXPECT_TRUE(database.isSound());
+}
+
 TEST_F(MonitoringTest, ARestartCatchesUpWithoutARebuild) {
   tree_.file("kept");
   tree_.file("gone/with/its/folder");
@@ -110,9 +128,12 @@ TEST_F(MonitoringTest, OnlyAnUpdateThatStoresSomethingChangesTheStatus) {
   indexer_.main().await(indexer_.actor().handleFSEvents({{path, EventType::created, 0}}));
   indexer_.main().runReady();
   EXPECT_EQ(status.value().totalFiles, 1);
+  bool isTold = false;  // what shows files needs to know all the same
+  status.observe([&](const IndexStatus&) { isTold = true; });
   indexer_.main().await(indexer_.actor().handleFSEvents({{path, EventType::removed, 0}}));
   indexer_.main().runReady();
   EXPECT_EQ(status.value().totalFiles, 1);
+  EXPECT_TRUE(isTold);
   EXPECT_TRUE(test::indexed(indexer_).empty());
 }
 

@@ -38,12 +38,12 @@ std::vector<QueryCase> casesFor(const BareSearch& bare) {
 
 std::vector<QueryMeasurement> measureAll(const Options& options) {
   tasks::RunLoop loop;
-  const tasks::ThreadPool pool(2);
+  const tasks::ThreadPool pool(1);
   DatabaseManager database(options.data, pool.executor(), DatabaseManager::Access::readOnly);
   SearchEngine engine(database, pool.executor());
   const BareSearch bare(options.data);
 
-  QueryRunner runner(engine, bare, loop, options.effort);
+  QueryRunner runner(engine, pool.executor(), bare, loop, options.effort);
   std::vector<QueryMeasurement> measurements;
   for (const auto& queryCase : casesFor(bare)) {
     measurements.push_back(runner.measure(queryCase));
@@ -55,8 +55,8 @@ std::vector<QueryMeasurement> measureAll(const Options& options) {
 /// One operation of all queries, in milliseconds.
 std::string table(const std::vector<QueryMeasurement>& measurements, const std::string& title,
                   std::optional<Comparison> (*operation)(const QueryMeasurement&)) {
-  Table table(
-      {title, "query", "matches", "median", "p95", "p99", "bare median", "p95", "p99", "ratio"});
+  Table table({title, "query", "matches", "median", "p95", "p99", "bare median", "p95", "p99",
+               "ratio", "awaited median", "p95", "p99"});
   for (const auto& one : measurements) {
     const auto times = operation(one);
     if (!times) continue;
@@ -65,7 +65,9 @@ std::string table(const std::vector<QueryMeasurement>& measurements, const std::
     table.add({one.name, one.text, std::to_string(one.matches), milliseconds(times->engine.median),
                milliseconds(times->engine.p95), milliseconds(times->engine.p99),
                orNothing(milliseconds(bare.median)), orNothing(milliseconds(bare.p95)),
-               orNothing(milliseconds(bare.p99)), orNothing(fixed(times->ratio(), /*digits=*/3))});
+               orNothing(milliseconds(bare.p99)), orNothing(fixed(times->ratio(), /*digits=*/3)),
+               milliseconds(times->awaited.median), milliseconds(times->awaited.p95),
+               milliseconds(times->awaited.p99)});
   }
   return table.text();
 }

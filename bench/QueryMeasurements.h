@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -16,7 +18,8 @@ namespace zelnor::bench {
 
 /// One operation, through the engine and as bare SQL; seconds.
 struct Comparison {
-  Statistics engine;
+  Statistics engine;   ///< on one thread, as the bare SQL is
+  Statistics awaited;  ///< by a main thread, of the engine on a pool: with two changes of threads
   std::optional<Statistics> bare;  ///< nothing where the engine does what SQL cannot
 
   /// How many times the engine takes the bare time, by medians; 0 without a bare time.
@@ -36,7 +39,7 @@ struct QueryMeasurement {
 
 void to_json(nlohmann::ordered_json& result, const QueryMeasurement& measurement);
 
-/// Measures searches the way they are asked for: awaited on a main thread, answered on a pool.
+/// Measures searches on an engine that answers on `pool`, a single thread.
 class QueryRunner {
  public:
   static constexpr std::int64_t kPageSize = 200;
@@ -48,18 +51,22 @@ class QueryRunner {
     double secondsPerQuery = 5;
   };
 
-  QueryRunner(SearchEngine& engine, const BareSearch& bare, tasks::RunLoop& loop, Effort effort)
-      : engine_(engine), bare_(bare), loop_(loop), effort_(effort) {}
+  QueryRunner(SearchEngine& engine, tasks::Executor pool, const BareSearch& bare,
+              tasks::RunLoop& loop, Effort effort)
+      : engine_(engine), pool_(std::move(pool)), bare_(bare), loop_(loop), effort_(effort) {}
 
   QueryMeasurement measure(const QueryCase& queryCase);
 
  private:
-  std::int64_t page(const SearchQuery& query);
-  std::int64_t count(const SearchQuery& query);
-  Comparison compareInTurns(const std::function<void()>& engine, const std::function<void()>& bare,
+  using Search = std::function<tasks::Async<std::int64_t>()>;
+
+  tasks::Async<std::int64_t> page(SearchQuery query);
+  tasks::Async<double> timedOnPool(const Search& search) const;
+  Comparison compareInTurns(const Search& engine, const std::function<void()>& bare,
                             int& runs) const;
 
   SearchEngine& engine_;
+  tasks::Executor pool_;
   const BareSearch& bare_;
   tasks::RunLoop& loop_;
   Effort effort_;

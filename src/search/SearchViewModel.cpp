@@ -97,8 +97,8 @@ class SearchViewModel::Tasks {
   void startRefresh() {
     isStale_ = true;
     if (isRefreshing()) return;
-    refresh_ = group_.spawn(
-        [services = services_, owner = QPointer(&owner_)](std::stop_token stop) {
+    refresh_ =
+        group_.spawn([services = services_, owner = QPointer(&owner_)](std::stop_token stop) {
           return refresh(services, owner, std::move(stop));
         });
   }
@@ -192,11 +192,12 @@ class SearchViewModel::Tasks {
       if (!waited || stop.stop_requested() || !owner) co_return;
       if (owner->isSearching_ || owner->isLoadingMore_) continue;
       owner->tasks_->isStale_ = false;
-      const auto query = *owner->lastQuery_;
+      const auto query = owner->lastQuery_;
+      if (!query) co_return;
       const auto limit = std::max(kPageSize, owner->currentOffset_);
       std::optional<FirstPage> page;
       try {
-        page = co_await firstPage(services.source, query, limit, stop);
+        page = co_await firstPage(services.source, *query, limit, stop);
       } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): nobody asked for it
       }
       if (stop.stop_requested() || !owner) {
@@ -336,7 +337,9 @@ void SearchViewModel::indexChanged() {
 }
 
 void SearchViewModel::refreshed(FirstPage page) {
-  if (page.results == results_ && page.count == totalCount_) {
+  // A row that changes gets another id.
+  if (page.count == totalCount_ &&
+      std::ranges::equal(page.results, results_, {}, &SearchResult::id, &SearchResult::id)) {
     tasks_->free(std::move(page.results));
     return;
   }

@@ -38,9 +38,9 @@ class SearchViewModel final : public QObject {
 
   /// What happened to the list of results.
   enum class ResultsChange : std::uint8_t {
-    replaced,  ///< another list
-    appended,  ///< further rows follow those that were there
-    removed,   ///< some rows have gone, the rest kept its order
+    replaced,   ///< another list
+    appended,   ///< further rows follow those that were there
+    removed,    ///< some rows have gone, the rest kept its order
     refreshed,  ///< the same search, answered by the index as it is now
   };
 
@@ -91,7 +91,8 @@ class SearchViewModel final : public QObject {
   void removeResults(const IdSet& ids);
 
   /// The index may hold other rows now: brings the list up to date after `kRefreshPause`, without
-  /// a sign of searching. As many rows as were loaded stay loaded, and selected files stay selected.
+  /// a sign of searching. As many rows as were loaded stay loaded, and selected files stay
+  /// selected.
   void indexChanged();
 
   /// Gives up everything under way. Calls `stopped` (main thread) when all of it has ended and

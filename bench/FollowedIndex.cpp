@@ -59,7 +59,7 @@ FollowedIndex::~FollowedIndex() { loop_.await(actor_.shutDown()); }
 
 void FollowedIndex::build(const std::vector<std::string>& roots) {
   loop_.await(actor_.rebuildIndex(everythingBelow(roots)));
-  loop_.await(actor_.settled());
+  settle();
   waitUntilFollowing();
 }
 

@@ -43,6 +43,8 @@ class FollowedIndex {
   /// has been compared and is followed.
   void follow(const std::vector<std::string>& roots);
 
+  /// Waits until nothing is left to do about what has been written.
+  void settle() { loop_.await(actor_.settled()); }
   [[nodiscard]] Folders folders() const;
   /// Full rebuilds that nobody asked for.
   [[nodiscard]] int automaticRebuilds() const;

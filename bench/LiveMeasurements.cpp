@@ -135,6 +135,7 @@ class LiveRun {
   }
 
   void measureIdleness() {
+    index_.settle();
     const auto written = writeTimes(data_);
     const auto used = cpuSeconds();
     sleepFor(effort_.idleSeconds);

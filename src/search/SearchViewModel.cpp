@@ -293,12 +293,7 @@ void SearchViewModel::performSearch() {
 
 void SearchViewModel::searchSucceeded(FirstPage page, const std::string& text) {
   Update update(*this);
-  tasks_->free(std::exchange(results_, std::move(page.results)));
-  update.resultsDid(ResultsChange::replaced);
-  update.set(totalCount_, page.count, &SearchViewModel::totalCountChanged);
-  currentOffset_ = sizeOf(results_);
-  update.set(hasMore_, sizeOf(results_) < page.count, &SearchViewModel::hasMoreChanged);
-  update.set(resultCount_, page.count, &SearchViewModel::resultCountChanged);
+  show(update, std::move(page), ResultsChange::replaced);
   update.set(isSearching_, false, &SearchViewModel::isSearchingChanged);
   if (!text.empty() && tasks_->recents.record(text)) {
     update.always(&SearchViewModel::recentSearchesChanged);
@@ -345,8 +340,12 @@ void SearchViewModel::refreshed(FirstPage page) {
   }
   Update update(*this);
   update.set(selectedIDs_, selectedAmong(page.results), &SearchViewModel::selectedIDsChanged);
+  show(update, std::move(page), ResultsChange::refreshed);
+}
+
+void SearchViewModel::show(Update& update, FirstPage page, ResultsChange change) {
   tasks_->free(std::exchange(results_, std::move(page.results)));
-  update.resultsDid(ResultsChange::refreshed);
+  update.resultsDid(change);
   update.set(totalCount_, page.count, &SearchViewModel::totalCountChanged);
   currentOffset_ = sizeOf(results_);
   update.set(hasMore_, sizeOf(results_) < page.count, &SearchViewModel::hasMoreChanged);

@@ -128,6 +128,7 @@ class SearchViewModel final : public QObject {
   void pageArrived(std::vector<SearchResult> page);
   void pageMissed();
   void refreshed(FirstPage page);
+  void show(Update& update, FirstPage page, ResultsChange change);
   [[nodiscard]] IdSet selectedAmong(const std::vector<SearchResult>& rows) const;
 
   std::string queryText_;

@@ -253,7 +253,14 @@ void LinuxChangeStream::couldNotCompare(const std::string& path) {
 }
 
 void LinuxChangeStream::givenUp(const std::vector<std::string>& folders) {
-  for (const auto& folder : folders) followers_.sweep(folder);
+  const std::scoped_lock lock(mutex_);
+  for (const auto& folder : folders) {
+    followers_.sweep(folder);
+    // Its mark also told of the folders in it that cannot be followed themselves.
+    for (const auto& [unreadable, attempts] : unreadable_) {
+      if (parentOf(unreadable) == folder) followers_.sweep(unreadable);
+    }
+  }
 }
 
 void LinuxChangeStream::surveysDone() {

@@ -154,6 +154,8 @@ void LinuxChangeStream::takeNews() {
 
 void LinuxChangeStream::folderChanged(const FolderChange& change) {
   if (change.name.empty()) {
+    // Setting the modification time alone counts as writing.
+    if (change.written) delivery_->changed(change.folder, kFSEventStreamEventFlagItemModified);
     if (change.attributesChanged) attributesChanged(change.folder);
     return;
   }

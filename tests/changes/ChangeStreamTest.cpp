@@ -14,6 +14,7 @@
 
 #include "platform/ChangeStream.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Unprivileged.h"
 
 namespace zelnor::platform {
 namespace {
@@ -100,6 +101,20 @@ class LiveStream : public testing::TestWithParam<ChangeSourceKind> {
       const auto found = seen.find(root / ("root/" + name));
       return found != seen.end() && (found->second & flags) != 0;
     });
+  }
+
+  void forget() {
+    const std::scoped_lock lock(mutex);
+    seen.clear();
+  }
+  /// Gives all there is to the user that `Unprivileged` becomes.
+  void giveAway() const {
+    if (::geteuid() != 0) return;
+    const auto give = [](const std::string& path) {
+      ASSERT_EQ(::chown(path.c_str(), test::Unprivileged::kNobody, /*group=*/0), 0);
+    };
+    give(root.path());
+    for (const auto& entry : fs::recursive_directory_iterator(root.path())) give(entry.path());
   }
 
   static constexpr auto kGone =
@@ -222,6 +237,22 @@ TEST_P(LiveStream, SweepsTheFoldersThatExceedTheLimitAndSaysSo) {
   EXPECT_TRUE(sees("sub/z/file", kThere));
   const std::scoped_lock lock(mutex);
   EXPECT_THAT(log, testing::StartsWith("[FSEvents] Following "));
+}
+
+TEST_P(LiveStream, NoticesWhenAFolderThatCannotBeEnteredFromTheStartChangesOrOpens) {
+  const auto closed = root.folder("root/closed");
+  root.file("root/closed/file");
+  giveAway();
+  const test::Unprivileged unprivileged;
+  fs::permissions(closed, fs::perms::owner_read);
+  start();
+  ASSERT_TRUE(sees("closed", kThere));  // the index does not know it
+  forget();
+  fs::last_write_time(closed, fs::file_time_type{});
+  EXPECT_TRUE(sees("closed",
+                   kFSEventStreamEventFlagItemInodeMetaMod | kFSEventStreamEventFlagItemModified));
+  fs::permissions(closed, fs::perms::owner_all);
+  EXPECT_TRUE(sees("closed/file", kThere));
 }
 
 std::vector<ChangeSourceKind> possibleSources() {

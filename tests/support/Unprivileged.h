@@ -7,6 +7,8 @@ namespace zelnor::test {
 /// While this lives, a test that runs as root is an ordinary user, for whom permissions count.
 class Unprivileged {
  public:
+  static constexpr uid_t kNobody = 65534;
+
   Unprivileged() {
     if (isRoot_ && seteuid(kNobody) != 0) _exit(1);
   }
@@ -17,7 +19,6 @@ class Unprivileged {
   }
 
  private:
-  static constexpr uid_t kNobody = 65534;
   const bool isRoot_ = geteuid() == 0;
 };
 

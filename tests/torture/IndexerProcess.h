@@ -2,21 +2,24 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/ChangeStream.h"
-#include "platform/FileDescriptor.h"
 
 namespace zelnor::test {
 
-/// An indexer in a process of its own, to be stopped, killed and asked what it knows.
+/// The indexer in a process of its own, to be stopped and killed. What it knows is in its state
+/// folder.
+///
+/// The process is a fork that executes no other program, so whoever starts one has no threads.
 class IndexerProcess {
  public:
   struct Setup {
     std::vector<std::string> roots;
-    std::string stateFolder;  ///< also holds the index's journal
+    std::string stateFolder;  ///< holds the index and the settings
     platform::ChangeSourceKind source;
     std::optional<std::size_t> watchLimit;
     uid_t user = 0;  ///< whom it runs as
@@ -33,14 +36,14 @@ class IndexerProcess {
   void pause() const;
   void resume() const;
 
-  /// How the index differs from the disk, leaving out what is below `ignored`; empty if it does
-  /// not. Throws std::runtime_error when the process has died of itself.
-  [[nodiscard]] std::string difference(const std::vector<std::string>& ignored) const;
+  /// Notes the newest event identifier, which the next process must exceed. Throws
+  /// std::runtime_error if this process has died of itself.
+  void check();
 
  private:
   Setup setup_;
+  std::uint64_t newestIdentifier_ = 0;
   pid_t process_ = -1;
-  platform::FileDescriptor connection_;
 };
 
 }  // namespace zelnor::test

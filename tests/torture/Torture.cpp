@@ -9,9 +9,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
+#include <exception>
+#include <memory>
+#include <optional>
 #include <random>
 #include <regex>
 #include <stdexcept>
@@ -24,6 +27,8 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/torture/IndexerProcess.h"
 #include "tests/torture/Operations.h"
+#include "tests/torture/StoredIndex.h"
+#include "tests/torture/Walk.h"
 
 namespace {
 
@@ -77,27 +82,19 @@ class Playground {
                                                                              : ::geteuid()) {
     ::chmod(base_.path().c_str(), 0755);
     for (const char* name : {"one", "two", "outside", "state", "backing", "backing2"}) give(name);
-    {
+    if (mayMount_) {
       const AsUser asUser(user_);
       ::mkdir((base_ / "one/stick").c_str(), 0755);
     }
     if (mayMount_) mountAll();
-    operations_ = std::make_unique<Operations>(
-        seed, std::vector<std::string>{base_ / "one", base_ / "two"}, base_ / "outside");
-    std::optional<std::size_t> limit;
+    prepare(seed);
     constexpr std::size_t kSmallLimit = 50;
-    if (random_() % 3 == 0) limit = kSmallLimit;
-    const AsUser asUser(user_);
-    constexpr int kOperationsBefore = 300;
-    for (int i = 0; i < kOperationsBefore; ++i) operations_->runOne();
-    // A root of which the index knows nothing would not be compared after a restart.
-    for (const char* name : {"one/kept", "two/kept"}) base_.file(name);
-    indexer_ = std::make_unique<IndexerProcess>(
-        IndexerProcess::Setup{.roots = {base_ / "one", base_ / "two"},
-                              .stateFolder = base_ / "state",
-                              .source = source,
-                              .watchLimit = limit,
-                              .user = user_});
+    indexer_ = std::make_unique<IndexerProcess>(IndexerProcess::Setup{
+        .roots = roots_,
+        .stateFolder = base_ / "state",
+        .source = source,
+        .watchLimit = random_() % 3 == 0 ? std::optional(kSmallLimit) : std::nullopt,
+        .user = user_});
   }
   Playground(const Playground&) = delete;
   Playground& operator=(const Playground&) = delete;
@@ -138,6 +135,15 @@ class Playground {
     if (::chown(path.c_str(), user_, user_) != 0) throw std::runtime_error("chown");
   }
 
+  void prepare(std::uint64_t seed) {
+    const AsUser asUser(user_);
+    operations_ = std::make_unique<Operations>(seed, roots_, base_ / "outside");
+    constexpr int kOperationsBefore = 300;
+    for (int i = 0; i < kOperationsBefore; ++i) operations_->runOne();
+    // A root of which the index knows nothing would not be compared after a restart.
+    for (const char* name : {"one/kept", "two/kept"}) base_.file(name);
+  }
+
   void work(bool floods) {
     const AsUser asUser(user_);
     constexpr int kMaxOperations = 400;
@@ -154,24 +160,37 @@ class Playground {
 
   std::string settle(const std::vector<std::string>& ignored) {
     auto left = settleWithin(kSettleLimit, ignored);
+    if (left.empty()) return check();
     // A write through a name that is gone before anybody looks at it does not tell which other
     // names the file has: only comparing finds them.
-    if (left.empty() || !isOfLinkedFiles(left)) return left;
+    if (!isOfLinkedFiles(left)) return left;
     ++mended_;
     indexer_->kill();
     indexer_->start();
-    return settleWithin(kSettleLimit, ignored);
+    left = settleWithin(kSettleLimit, ignored);
+    return left.empty() ? check() : left;
   }
 
-  std::string settleWithin(std::chrono::seconds limit,
-                           const std::vector<std::string>& ignored) const {
+  [[nodiscard]] std::string difference(const std::vector<std::string>& ignored) const {
+    const AsUser asUser(user_);
+    indexer_->check();
+    return zelnor::test::difference(Walk::of(roots_), storedRows(base_ / "state"), ignored);
+  }
+
+  [[nodiscard]] std::string check() const {
+    const AsUser asUser(user_);
+    return unsoundness(base_ / "state");
+  }
+
+  [[nodiscard]] std::string settleWithin(std::chrono::seconds limit,
+                                         const std::vector<std::string>& ignored) const {
     std::string left;
     const auto deadline = Clock::now() + limit;
     do {
-      left = indexer_->difference(ignored);
+      left = difference(ignored);
       const bool isLate = Clock::now() > deadline - limit + kLinkedLimit;
       if (left.empty() || (isLate && isOfLinkedFiles(left))) return left;
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
     } while (Clock::now() < deadline);
     return left;
   }
@@ -206,9 +225,19 @@ class Playground {
   TemporaryFolder base_;
   bool mayMount_;
   uid_t user_;
+  const std::vector<std::string> roots_{base_ / "one", base_ / "two"};
   std::unique_ptr<Operations> operations_;
   std::unique_ptr<IndexerProcess> indexer_;
 };
+
+/// What is left to complain of after a round.
+std::string outcome(Playground& playground) {
+  try {
+    return playground.round();
+  } catch (const std::exception& error) {
+    return std::string("  ") + error.what() + '\n';
+  }
+}
 
 bool torture(const Source& source, const Plan& plan, Clock::time_point deadline) {
   int rounds = 0;
@@ -217,7 +246,7 @@ bool torture(const Source& source, const Plan& plan, Clock::time_point deadline)
     Playground playground(seed, source.kind, plan.mounts);
     constexpr int kRoundsPerPlayground = 12;
     for (int i = 0; i < kRoundsPerPlayground && Clock::now() < deadline; ++i, ++rounds) {
-      const auto left = playground.round();
+      const auto left = outcome(playground);
       if (left.empty()) continue;
       std::printf("%s: FAILED, seed %lu, round %d:\n%s", source.name, seed, i, left.c_str());
       return false;

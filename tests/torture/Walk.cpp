@@ -83,13 +83,7 @@ Walk Walk::of(const std::vector<std::string>& roots) {
   return found;
 }
 
-std::vector<FileRecord> Walk::records() const {
-  std::vector<FileRecord> all;
-  for (const auto& [path, row] : rows) all.push_back(row);
-  return all;
-}
-
-std::string difference(const Walk& disk, const MemoryIndex::Rows& index,
+std::string difference(const Walk& disk, const Rows& index,
                        const std::vector<std::string>& ignored) {
   constexpr int kMaxShown = 12;
   std::string text;

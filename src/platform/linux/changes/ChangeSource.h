@@ -49,7 +49,9 @@ class ChangeSource {
   virtual void detach(const std::string& path) = 0;
   /// Lets go of the folders that were detached and did not turn up.
   virtual void releaseDetached() = 0;
-  [[nodiscard]] virtual bool isFollowing(const std::string& path) const = 0;
+  /// Whether it tells when the attributes of the folder at `path` change, after `follow` has been
+  /// tried: the folder that it is in may be enough for that.
+  [[nodiscard]] virtual bool tellsOf(const std::string& path) const = 0;
   [[nodiscard]] virtual std::size_t followedFolders() const = 0;
 
   /// Readable when there are changes to read.

@@ -94,8 +94,8 @@ bool FileSystemMarkSource::Mount::leadsTo(const std::string& path) const {
       entrances, [&path](const auto& entrance) { return isAtOrBelow(entrance.path, path); });
 }
 
-bool FileSystemMarkSource::isFollowing(const std::string& path) const {
-  const auto state = examineTarget(path);
+bool FileSystemMarkSource::tellsOf(const std::string& path) const {
+  const auto state = examineTarget(std::string(parentOf(path)));
   const std::scoped_lock lock(mutex_);
   const auto found = mounts_.find(state.mount);
   return state.isPresent() && found != mounts_.end() && found->second.isMarked;

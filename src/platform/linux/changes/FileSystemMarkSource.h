@@ -31,7 +31,7 @@ class FileSystemMarkSource final : public ChangeSource {
   bool follow(const std::string& path, const EntryState& state, ChangeSink& sink) override;
   void detach(const std::string& /*path*/) override {}
   void releaseDetached() override {}
-  [[nodiscard]] bool isFollowing(const std::string& path) const override;
+  [[nodiscard]] bool tellsOf(const std::string& path) const override;
   [[nodiscard]] std::size_t followedFolders() const override;
 
   [[nodiscard]] int descriptor() const override { return queue_.descriptor(); }

@@ -17,10 +17,12 @@ bool FolderMarkSource::follow(const std::string& path, const EntryState& state, 
   const auto folder = openFolder(path, state.isBehindLink);
   std::vector<std::byte> storage;
   const auto handle = handleOf(folder, storage);
-  if (!handle || !markMakingRoom(folder, rank, sink)) return false;
+  if (!handle) return false;
+  const bool isMarked = markMakingRoom(folder, rank, sink);
+  if (!isMarked && errno != EACCES) return false;
   const auto excess = folders_.add(path, handle->key(), rank);
   if (excess) giveUp(*excess, sink);
-  return !excess || excess->key != handle->key();
+  return isMarked && (!excess || excess->key != handle->key());
 }
 
 bool FolderMarkSource::markMakingRoom(const FileDescriptor& folder, std::int32_t rank,

@@ -13,6 +13,10 @@ namespace zelnor::platform {
 /// Follows folders by one fanotify(7) mark each, which any process may set since Linux 5.13. Marks
 /// are plentiful and nobody else's.
 ///
+/// Changes of a folder's own attributes come under its own handle, also where only the folder that
+/// it is in has a mark. So a folder that may not be entered, which takes no mark, is kept among
+/// those that are followed: its permissions and times are told of all the same.
+///
 /// A mark cannot be taken off a folder that moved out of the roots, because nobody tells where it
 /// went: its events are ignored from then on, and it goes with the folder or the stream.
 class FolderMarkSource final : public ChangeSource {
@@ -26,8 +30,8 @@ class FolderMarkSource final : public ChangeSource {
   bool follow(const std::string& path, const EntryState& state, ChangeSink& sink) override;
   void detach(const std::string& path) override { folders_.detach(path); }
   void releaseDetached() override { folders_.takeDetached(); }
-  [[nodiscard]] bool isFollowing(const std::string& path) const override {
-    return folders_.contains(path);
+  [[nodiscard]] bool tellsOf(const std::string& path) const override {
+    return folders_.contains(path) && folders_.contains(std::string(parentOf(path)));
   }
   [[nodiscard]] std::size_t followedFolders() const override { return folders_.size(); }
 

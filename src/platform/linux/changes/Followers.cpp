@@ -49,9 +49,8 @@ bool Followers::follow(const std::string& path, bool isRoot, ChangeSink& sink) {
   if (!state.isFolder()) return true;
   const bool isLive = followLive(path, state, sink);
   const bool isListable = canLookInto(path);
-  // Whoever follows the parent is told when the permissions change.
-  const bool isWatchedEnough =
-      isListable ? isLive && !isRemote(path) : isFollowing(std::string(parentOf(path)));
+  // Of a folder that cannot be listed only the permissions matter, and its own times.
+  const bool isWatchedEnough = isListable ? isLive && !isRemote(path) : isToldOf(path);
   if (isWatchedEnough) {
     swept_.remove(path);
   } else {
@@ -74,9 +73,8 @@ void Followers::releaseDetached() {
   for (const auto& source : sources_) source->releaseDetached();
 }
 
-bool Followers::isFollowing(const std::string& path) const {
-  return std::ranges::any_of(sources_,
-                             [&](const auto& source) { return source->isFollowing(path); });
+bool Followers::isToldOf(const std::string& path) const {
+  return std::ranges::any_of(sources_, [&](const auto& source) { return source->tellsOf(path); });
 }
 
 std::size_t Followers::followedFolders() const {

@@ -25,7 +25,6 @@ class Followers {
   void sweep(const std::string& path) { swept_.addUnknown(path); }
   void detach(const std::string& path);
   void releaseDetached();
-  [[nodiscard]] bool isFollowing(const std::string& path) const;
 
   [[nodiscard]] std::size_t followedFolders() const;
   [[nodiscard]] const SweptFolders& swept() const { return swept_; }
@@ -34,6 +33,7 @@ class Followers {
   }
 
  private:
+  [[nodiscard]] bool isToldOf(const std::string& path) const;
   bool followLive(const std::string& path, const EntryState& state, ChangeSink& sink);
 
   std::vector<std::unique_ptr<ChangeSource>> sources_;

@@ -23,8 +23,8 @@ class InotifySource final : public ChangeSource {
   bool follow(const std::string& path, const EntryState& state, ChangeSink& sink) override;
   void detach(const std::string& path) override { folders_.detach(path); }
   void releaseDetached() override;
-  [[nodiscard]] bool isFollowing(const std::string& path) const override {
-    return folders_.contains(path);
+  [[nodiscard]] bool tellsOf(const std::string& path) const override {
+    return folders_.contains(std::string(parentOf(path)));
   }
   [[nodiscard]] std::size_t followedFolders() const override { return folders_.size(); }
 

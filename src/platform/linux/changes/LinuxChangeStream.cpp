@@ -154,6 +154,8 @@ void LinuxChangeStream::takeNews() {
 
 void LinuxChangeStream::folderChanged(const FolderChange& change) {
   if (change.name.empty()) {
+    // Setting the modification time alone counts as writing.
+    if (change.written) delivery_->changed(change.folder, kFSEventStreamEventFlagItemModified);
     if (change.attributesChanged) attributesChanged(change.folder);
     return;
   }
@@ -253,7 +255,14 @@ void LinuxChangeStream::couldNotCompare(const std::string& path) {
 }
 
 void LinuxChangeStream::givenUp(const std::vector<std::string>& folders) {
-  for (const auto& folder : folders) followers_.sweep(folder);
+  const std::scoped_lock lock(mutex_);
+  for (const auto& folder : folders) {
+    followers_.sweep(folder);
+    // Its mark also told of the folders in it that cannot be followed themselves.
+    for (const auto& [unreadable, attempts] : unreadable_) {
+      if (parentOf(unreadable) == folder) followers_.sweep(unreadable);
+    }
+  }
 }
 
 void LinuxChangeStream::surveysDone() {

@@ -56,7 +56,7 @@ class RebuildWatch {
 Figures figuresOf(const RebuildWatch& rebuild, const std::vector<double>& answers,
                   std::vector<double> waits) {
   const auto answered = Statistics::of(answers);
-  std::sort(waits.begin(), waits.end());
+  std::ranges::sort(waits);
   const auto ms = [](double seconds) { return std::optional(seconds * kMilli); };
   return {{.name = "entries indexed meanwhile",
            .unit = "",

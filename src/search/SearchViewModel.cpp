@@ -20,6 +20,9 @@ namespace {
 
 using Results = std::vector<SearchResult>;
 
+/// While the index goes on changing, a refresh takes at most one part in so many of a core.
+constexpr int kRefreshShare = 4;
+
 constexpr std::string_view kFailurePrefix = "搜索失败：";
 
 /// A list may hold 50,000 rows; freeing those takes longer than the main thread has between two
@@ -187,14 +190,16 @@ class SearchViewModel::Tasks {
   }
 
   static tasks::Async<void> refresh(SearchServices services, Owner owner, std::stop_token stop) {
+    tasks::Clock::Duration pause = kRefreshPause;
     do {
-      const bool waited = co_await services.clock.sleep(kRefreshPause, stop);
+      const bool waited = co_await services.clock.sleep(pause, stop);
       if (!waited || stop.stop_requested() || !owner) co_return;
       if (owner->isSearching_ || owner->isLoadingMore_) continue;
       owner->tasks_->isStale_ = false;
       const auto query = owner->lastQuery_;
       if (!query) co_return;
       const auto limit = std::max(kPageSize, owner->currentOffset_);
+      const auto asked = services.clock.now();
       std::optional<FirstPage> page;
       try {
         page = co_await firstPage(services.source, *query, limit, stop);
@@ -205,6 +210,7 @@ class SearchViewModel::Tasks {
         co_return;
       }
       if (page) owner->refreshed(std::move(*page));
+      pause = std::max(pause, kRefreshShare * (services.clock.now() - asked));
     } while (owner && owner->tasks_->isStale_);
   }
   [[nodiscard]] bool isRefreshing() const {

@@ -191,7 +191,7 @@ TEST(DirectoryEnumerator, NeitherDepthNorDescriptorsLimitAWalk) {
   constexpr std::size_t kDepth = 2'100;
   const TemporaryFolder folder;
   const test::DeepTree tree(folder.path(), kDepth);
-  for (const rlim_t descriptors : {40, 1'024}) {
+  for (const auto descriptors : {rlim_t{40}, rlim_t{1024}}) {
     const test::ResourceLimit limit(RLIMIT_NOFILE, descriptors);
     const auto paths = walk(folder.path());
     EXPECT_EQ(paths.size(), 2 * kDepth);

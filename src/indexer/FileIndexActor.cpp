@@ -258,11 +258,13 @@ tasks::Async<void> FileIndexActor::applyUpdates(std::stop_token stop) {
     }
     if (!stop.stop_requested()) co_await handleFSEvents(std::move(update.events));
     for (; update.lists > 0; --update.lists) gate_->applied();
+    if (!isBurst || !updates_.isEmpty()) continue;
+    // Inside the loop: what is delivered meanwhile starts no task of its own.
+    isBurst = false;
+    if (isRebuilding()) continue;  // which defers merging too, and resumes it itself
+    co_await attempt(database_.resumeMerging());
+    if (!stop.stop_requested()) startMerging();
   }
-  // A rebuild defers merging too, and resumes it itself.
-  if (!isBurst || isRebuilding()) co_return;
-  co_await attempt(database_.resumeMerging());
-  if (!stop.stop_requested()) startMerging();
 }
 
 tasks::Async<void> FileIndexActor::handleFSEvents(std::vector<FSEventItem> events) {

@@ -83,7 +83,7 @@ TEST_F(SearchWindowTest, SaysThatNothingWasFoundOnlyOnceThatIsKnown) {
   }
   ASSERT_TRUE(noResults_->isVisible());
   const auto labels = noResults_->findChildren<QLabel*>();
-  EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+  EXPECT_TRUE(std::ranges::any_of(labels, [](const QLabel* label) {
     return label->text() == QStringLiteral(u"没有包含「<i>」的文件") &&
            label->textFormat() == Qt::PlainText;
   }));

@@ -19,7 +19,7 @@ namespace {
 constexpr auto kLastEventIDKey = "FSEventsLastEventID";
 constexpr double kLatencySeconds = 0.5;
 
-/// Changes at once that are worth putting off the merging of the full-text table.
+/// Changes at once that the store is told of before, so that it writes them faster.
 constexpr std::size_t kBurst = 5'000;
 
 /// Thrown inside a rebuild when it was asked to stop; never leaves it.
@@ -254,7 +254,7 @@ tasks::Async<void> FileIndexActor::applyUpdates(std::stop_token stop) {
     if (!isBurst && update.events.size() >= kBurst && !isRebuilding()) {
       isBurst = true;
       mergeTask_.cancel();
-      co_await attempt(database_.deferMerging());
+      co_await attempt(database_.beginBurst());
     }
     if (!stop.stop_requested()) co_await handleFSEvents(std::move(update.events));
     for (; update.lists > 0; --update.lists) gate_->applied();
@@ -262,7 +262,7 @@ tasks::Async<void> FileIndexActor::applyUpdates(std::stop_token stop) {
     // Inside the loop: what is delivered meanwhile starts no task of its own.
     isBurst = false;
     if (isRebuilding()) continue;  // which defers merging too, and resumes it itself
-    co_await attempt(database_.resumeMerging());
+    co_await attempt(database_.endBurst());
     if (!stop.stop_requested()) startMerging();
   }
 }
@@ -272,13 +272,17 @@ tasks::Async<void> FileIndexActor::handleFSEvents(std::vector<FSEventItem> event
 }
 
 tasks::Async<void> FileIndexActor::update(std::vector<FSEventItem> events) {
-  auto changes = co_await onActor([&] { return IncrementalUpdate::plan(events); });
+  auto changes = co_await onActor([&] { return planIncrementalUpdate(events); });
+  const bool hasUpserts = !changes.upserts.empty();
+  // What is in a new folder is often reported twice, by its own event and by the folder's listing.
+  changes.upserts = co_await database_.differing(std::move(changes.upserts));
+  changes = co_await database_.moveRows(std::move(changes));
   if (!changes.removals.empty()) {
     co_await database_.deleteByPaths(std::move(changes.removals));
     // The status stays; what shows files is told that there are fewer.
     publish([](IndexStatus&) {});
   }
-  if (changes.upserts.empty()) co_return;
+  if (!hasUpserts) co_return;
   co_await database_.batchInsert(std::move(changes.upserts));
   const auto total = co_await database_.totalFileCount();
   publish([total](IndexStatus& status) {

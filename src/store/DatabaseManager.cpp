@@ -25,6 +25,10 @@ tasks::Async<void> DatabaseManager::deleteByPaths(std::vector<std::string> paths
   co_await onActor([&] { database_->deleteByPaths(paths); });
 }
 
+tasks::Async<FileChanges> DatabaseManager::moveRows(FileChanges changes) {
+  co_return co_await onActor([&] { return database_->moveRows(std::move(changes)); });
+}
+
 tasks::Async<std::int64_t> DatabaseManager::totalFileCount() {
   co_return co_await onActor([&] { return database_->totalFileCount(); });
 }
@@ -50,6 +54,10 @@ tasks::Async<std::vector<FileRecord>> DatabaseManager::lacking(std::vector<FileR
   co_return co_await onActor([&] { return database_->lacking(std::move(records)); });
 }
 
+tasks::Async<std::vector<FileRecord>> DatabaseManager::differing(std::vector<FileRecord> records) {
+  co_return co_await onActor([&] { return database_->differing(std::move(records)); });
+}
+
 tasks::Async<void> DatabaseManager::beginBulkLoad() {
   co_await onActor([&] { database_->beginBulkLoad(); });
 }
@@ -62,12 +70,12 @@ tasks::Async<bool> DatabaseManager::isBulkLoadUnfinished() {
   co_return co_await onActor([&] { return database_->isBulkLoadUnfinished(); });
 }
 
-tasks::Async<void> DatabaseManager::deferMerging() {
-  co_await onActor([&] { database_->deferMerging(); });
+tasks::Async<void> DatabaseManager::beginBurst() {
+  co_await onActor([&] { database_->beginBurst(); });
 }
 
-tasks::Async<void> DatabaseManager::resumeMerging() {
-  co_await onActor([&] { database_->resumeMerging(); });
+tasks::Async<void> DatabaseManager::endBurst() {
+  co_await onActor([&] { database_->endBurst(); });
 }
 
 tasks::Async<bool> DatabaseManager::mergeStep() {

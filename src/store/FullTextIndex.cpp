@@ -15,33 +15,46 @@ constexpr int kCrisismerge = 16;
 // Beyond this number (some two million files) they are merged even during a bulk load.
 constexpr int kBulkCrisismerge = 1000;
 // Pages written per step: short enough to stop soon, and to keep the log short.
-constexpr int kMergeStepPages = 1000;
+constexpr int kMergeStepPages = 250;
+
+void run(Statement& statement, std::int64_t id, const std::string& name, const std::string& path) {
+  statement.bind(/*index=*/1, id);
+  statement.bind(/*index=*/2, std::string_view(name));
+  statement.bind(/*index=*/3, std::string_view(path));
+  statement.run();
+}
 
 }  // namespace
 
 FullTextIndex::FullTextIndex(sqlite3* connection)
     : connection_(connection),
-      add_(connection,
-           "INSERT INTO files_fts(rowid, name, path) SELECT id, name, path FROM files WHERE id > ? "
-           "ORDER BY id",
+      addRows_(
+          connection,
+          "INSERT INTO files_fts(rowid, name, path) SELECT id, name, path FROM files WHERE id > ? "
+          "ORDER BY id",
+          /*persistent=*/true),
+      add_(connection, "INSERT INTO files_fts(rowid, name, path) VALUES (?, ?, ?)",
            /*persistent=*/true),
       remove_(connection,
               "INSERT INTO files_fts(files_fts, rowid, name, path) VALUES ('delete', ?, ?, ?)",
               /*persistent=*/true) {}
 
 void FullTextIndex::addRowsAfter(std::int64_t id) {
-  add_.bind(/*index=*/1, id);
-  add_.run();
+  addRows_.bind(/*index=*/1, id);
+  addRows_.run();
 }
 
 void FullTextIndex::remove(std::vector<Row> rows) {
   // FTS5 flushes its pending terms whenever a row id is smaller than the one before.
-  std::ranges::sort(rows, [](const Row& a, const Row& b) { return a.id < b.id; });
-  for (const auto& row : rows) {
-    remove_.bind(/*index=*/1, row.id);
-    remove_.bind(/*index=*/2, row.name);
-    remove_.bind(/*index=*/3, row.path);
-    remove_.run();
+  std::ranges::sort(rows, {}, &Row::id);
+  for (const auto& row : rows) run(remove_, row.id, row.name, row.path);
+}
+
+void FullTextIndex::move(std::vector<Move> moves) {
+  std::ranges::sort(moves, {}, [](const Move& move) { return move.row.id; });
+  for (const auto& [row, path] : moves) {
+    run(remove_, row.id, row.name, row.path);
+    run(add_, row.id, row.name, path);
   }
 }
 

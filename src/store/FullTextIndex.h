@@ -21,12 +21,19 @@ class FullTextIndex {
     std::string path;
   };
 
+  /// A row whose path changes.
+  struct Move {
+    Row row;  ///< as it was
+    std::string path;
+  };
+
   explicit FullTextIndex(sqlite3* connection);
 
   /// Adds the rows of `files` with ids above `id`.
   void addRowsAfter(std::int64_t id);
   /// Removes the terms of rows, as they were when they were added.
   void remove(std::vector<Row> rows);
+  void move(std::vector<Move> moves);
   /// Makes all anew from table `files`.
   void rebuild();
   /// Forgets everything at once.
@@ -44,6 +51,7 @@ class FullTextIndex {
   void configure(const std::string& option, int value);
 
   sqlite3* connection_;
+  Statement addRows_;
   Statement add_;
   Statement remove_;
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <unordered_map>
 #include <utility>
 
 #include "platform/FileDescriptor.h"
@@ -67,6 +68,35 @@ FileRecord readRecord(const Statement& row) {
   return record;
 }
 
+FullTextIndex::Row rowOf(FileRecord record) {
+  return {record.id, std::move(record.name), std::move(record.path)};
+}
+
+/// Records to be stored, found by what they have in common with those of other paths.
+class Arrivals {
+ public:
+  explicit Arrivals(std::span<FileRecord> records) {
+    for (auto& record : records) placeless_.emplace(withoutPlace(record), &record);
+  }
+
+  /// One that is the same as `stored` but for the path, or null.
+  [[nodiscard]] FileRecord* find(const FileRecord& stored) const {
+    const auto found = placeless_.find(withoutPlace(stored));
+    return found == placeless_.end() ? nullptr : found->second;
+  }
+  /// Leaves out the one that was found.
+  void take(const FileRecord& stored) { placeless_.erase(placeless_.find(withoutPlace(stored))); }
+
+ private:
+  static FileRecord withoutPlace(FileRecord record) {
+    record.id = 0;
+    record.path.clear();
+    return record;
+  }
+
+  std::unordered_multimap<FileRecord, FileRecord*> placeless_;
+};
+
 void appendRecords(Statement& rows, std::vector<FileRecord>& records) {
   while (rows.step()) {
     if (rows.text(1).data() == nullptr || rows.text(2).data() == nullptr) continue;
@@ -122,7 +152,10 @@ struct IndexDatabase::Writer {
                   "INSERT OR IGNORE INTO files(name, path, size, mtime, kind, inode) "
                   "VALUES (?, ?, ?, ?, ?, ?)",
                   /*persistent=*/true),
-        rowOfPath(connection, "SELECT id, name FROM files WHERE path = ?", /*persistent=*/true),
+        recordOfPath(connection,
+                     "SELECT id, name, path, size, mtime, kind, inode FROM files WHERE path = ?",
+                     /*persistent=*/true),
+        updatePath(connection, "UPDATE files SET path = ? WHERE id = ?", /*persistent=*/true),
         lastId(connection, "SELECT max(id) FROM files", /*persistent=*/true),
         fullText(connection) {}
 
@@ -131,7 +164,8 @@ struct IndexDatabase::Writer {
   Statement deleteByInodeStmt;
   Statement updateByInodeStmt;
   Statement insertNew;
-  Statement rowOfPath;
+  Statement recordOfPath;
+  Statement updatePath;
   Statement lastId;
   FullTextIndex fullText;
 
@@ -142,14 +176,20 @@ struct IndexDatabase::Writer {
     return id;
   }
 
-  /// The row that holds this path, if there is one.
-  std::optional<FullTextIndex::Row> find(const std::string& path) {
-    rowOfPath.reset();
-    rowOfPath.bind(/*index=*/1, std::string_view(path));
-    std::optional<FullTextIndex::Row> row;
-    if (rowOfPath.step()) row = {rowOfPath.integer(0), std::string(rowOfPath.text(1)), path};
-    rowOfPath.reset();
-    return row;
+  /// What is stored for this path, if it is.
+  std::optional<FileRecord> find(const std::string& path) {
+    recordOfPath.reset();
+    recordOfPath.bind(/*index=*/1, std::string_view(path));
+    std::optional<FileRecord> record;
+    if (recordOfPath.step()) record = readRecord(recordOfPath);
+    recordOfPath.reset();
+    return record;
+  }
+
+  void move(std::int64_t id, const std::string& path) {
+    updatePath.bind(/*index=*/1, std::string_view(path));
+    updatePath.bind(/*index=*/2, id);
+    updatePath.run();
   }
 
   static void bindRecord(Statement& statement, const FileRecord& record) {
@@ -211,7 +251,7 @@ void IndexDatabase::batchInsert(std::span<const FileRecord> records) {
     if (sqlite3_changes64(connection_.get()) != 0) continue;
     auto old = writer_->find(record.path);
     // A row of this very batch is not in the full-text table yet.
-    if (old && old->id <= lastOldId) replaced.push_back(std::move(*old));
+    if (old && old->id <= lastOldId) replaced.push_back(rowOf(std::move(*old)));
     Writer::bindRecord(writer_->insertStmt, record);
     writer_->insertStmt.run();
   }
@@ -229,10 +269,30 @@ void IndexDatabase::deleteByPaths(std::span<const std::string> paths) {
     if (!row) continue;
     writer_->deleteByPathStmt.bind(/*index=*/1, std::string_view(path));
     writer_->deleteByPathStmt.run();
-    rows.push_back(std::move(*row));
+    rows.push_back(rowOf(std::move(*row)));
   }
   writer_->fullText.remove(std::move(rows));
   transaction.commit();
+}
+
+FileChanges IndexDatabase::moveRows(FileChanges changes) {
+  if (!writer_ || changes.removals.empty() || changes.upserts.empty()) return changes;
+  auto arrivals = Arrivals(changes.upserts);
+  std::vector<FullTextIndex::Move> moves;
+  WriteTransaction transaction(connection_.get());
+  std::erase_if(changes.removals, [&](const std::string& path) {
+    auto stored = writer_->find(path);
+    auto* const arrival = stored ? arrivals.find(*stored) : nullptr;
+    if (arrival == nullptr || writer_->find(arrival->path)) return false;
+    arrivals.take(*stored);
+    writer_->move(stored->id, arrival->path);
+    moves.push_back({rowOf(std::move(*stored)), std::exchange(arrival->path, {})});
+    return true;
+  });
+  writer_->fullText.move(std::move(moves));
+  transaction.commit();
+  std::erase_if(changes.upserts, [](const FileRecord& record) { return record.path.empty(); });
+  return changes;
 }
 
 std::int64_t IndexDatabase::totalFileCount() {
@@ -295,6 +355,16 @@ std::vector<FileRecord> IndexDatabase::lacking(std::vector<FileRecord> records) 
   return records;
 }
 
+std::vector<FileRecord> IndexDatabase::differing(std::vector<FileRecord> records) {
+  if (!writer_) return records;
+  std::erase_if(records, [this](const FileRecord& record) {
+    auto stored = writer_->find(record.path);
+    if (stored) stored->id = record.id;
+    return stored == record;
+  });
+  return records;
+}
+
 void IndexDatabase::beginBulkLoad() {
   if (!writer_) return;
   sqlite3_wal_autocheckpoint(connection_.get(), kBulkCheckpointPages);
@@ -312,7 +382,6 @@ void IndexDatabase::endBulkLoad() {
     const SortingInFiles sortingInFiles(connection_.get());
     SchemaManager::createIndexes(connection_.get());
   }
-  writer_->fullText.resumeMerging();
   setUnfinished(connection_.get(), false);
   checkpoint();
 }
@@ -322,19 +391,24 @@ bool IndexDatabase::isBulkLoadUnfinished() {
   return version.step() && version.integer(0) == kUnfinished;
 }
 
-void IndexDatabase::deferMerging() {
-  if (writer_) writer_->fullText.deferMerging();
+void IndexDatabase::beginBurst() {
+  if (!writer_) return;
+  sqlite3_wal_autocheckpoint(connection_.get(), kBulkCheckpointPages);
+  writer_->fullText.deferMerging();
 }
 
-void IndexDatabase::resumeMerging() {
-  if (writer_) writer_->fullText.resumeMerging();
+void IndexDatabase::endBurst() {
+  if (!writer_) return;
+  sqlite3_wal_autocheckpoint(connection_.get(), kCheckpointPages);
 }
 
 bool IndexDatabase::mergeStep() {
   if (!writer_) return false;
-  const bool more = writer_->fullText.mergeStep();
-  if (!more) checkpoint();
-  return more;
+  if (writer_->fullText.mergeStep()) return true;
+  // Not before: with so many pieces left, the next write would merge them all at once.
+  writer_->fullText.resumeMerging();
+  checkpoint();
+  return false;
 }
 
 void IndexDatabase::checkpoint() {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "store/FileChanges.h"
 #include "store/FileRecord.h"
 #include "store/FullTextIndex.h"
 #include "store/SelectStatement.h"
@@ -32,6 +33,7 @@ class IndexDatabase {
 
   void batchInsert(std::span<const FileRecord> records);
   void deleteByPaths(std::span<const std::string> paths);
+  FileChanges moveRows(FileChanges changes);
   std::int64_t totalFileCount();
   std::vector<FileRecord> search(const SelectStatement& select, std::int64_t limit);
   /// Like `search`, but an error while stepping is an error.
@@ -40,12 +42,13 @@ class IndexDatabase {
   void rebuildFTS();
   void clearAll();
   std::vector<FileRecord> lacking(std::vector<FileRecord> records);
+  std::vector<FileRecord> differing(std::vector<FileRecord> records);
 
   void beginBulkLoad();
   void endBulkLoad();
   bool isBulkLoadUnfinished();
-  void deferMerging();
-  void resumeMerging();
+  void beginBurst();
+  void endBurst();
   bool mergeStep();
 
   /// Makes the statement that runs now fail; the only operation for another thread.

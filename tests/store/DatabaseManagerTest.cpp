@@ -51,6 +51,33 @@ TEST_F(DatabaseManagerTest, KeepsEveryFieldOfARecord) {
   EXPECT_EQ(rows[0], hard);
 }
 
+TEST_F(DatabaseManagerTest, TellsWhatItDoesNotHoldAsItIs) {
+  main_.await(manager_.batchInsert({record("a.txt"), record("b.txt")}));
+  auto touched = record("b.txt");
+  touched.mtime = 1;
+  EXPECT_EQ(main_.await(manager_.differing({record("a.txt"), touched, record("c.txt")})),
+            (std::vector{touched, record("c.txt")}));
+}
+
+TEST_F(DatabaseManagerTest, ARowThatMovedKeepsItsIdAndOtherChangesAreLeft) {
+  main_.await(manager_.batchInsert({record("a.txt"), record("b.txt"), record("c.txt")}));
+  const auto before = all();
+  auto moved = record("a.txt");
+  moved.path = "/elsewhere/a.txt";
+  auto grown = record("b.txt");
+  grown.path = "/elsewhere/b.txt";
+  grown.size = 8;
+  const auto others = main_.await(manager_.moveRows(
+      {.removals = {"/home/a.txt", "/home/b.txt", "/nowhere"}, .upserts = {grown, moved}}));
+  EXPECT_EQ(others.removals, (std::vector<std::string>{"/home/b.txt", "/nowhere"}));
+  EXPECT_EQ(others.upserts, std::vector{grown});
+  const auto after = all();
+  moved.id = before[0].id;
+  EXPECT_EQ(after, (std::vector{moved, before[1], before[2]}));
+  EXPECT_EQ(raw_.matches("elsewhere"), 1);
+  EXPECT_TRUE(raw_.isSound());
+}
+
 TEST_F(DatabaseManagerTest, ReplacingAPathGivesANewRowAndKeepsFullTextInStep) {
   main_.await(manager_.batchInsert({record("a.txt"), record("b.txt")}));
   const auto oldId = all()[0].id;

@@ -17,7 +17,7 @@ class Exercise {
       : database_(IndexDatabase::openForWriting(folder)), random_(seed) {}
 
   void step() {
-    switch (pick(12)) {
+    switch (pick(14)) {
       case 0:
         return clear();
       case 1:
@@ -31,6 +31,9 @@ class Exercise {
       case 5:
       case 6:
         return remove();
+      case 7:
+      case 8:
+        return move();
       default:
         return insert();
     }
@@ -75,6 +78,28 @@ class Exercise {
     for (int i = pick(50); i >= 0; --i) paths.push_back(randomRecord().path);
     database_.deleteByPaths(paths);
     for (const auto& path : paths) expected_.erase(path);
+  }
+  /// Files go to other folders, or change places with those that are there, while others change.
+  void move() {
+    FileChanges changes;
+    std::map<std::string, FileRecord> arrivals;
+    for (const auto& [path, record] : expected_) {
+      if (pick(3) == 0) continue;
+      auto moved = record;
+      moved.path = (pick(2) == 0 ? "/home/" : "/moved/") + record.name;
+      if (pick(5) == 0) moved.size = pick(1000);
+      changes.removals.push_back(path);
+      arrivals.insert_or_assign(moved.path, moved);
+    }
+    std::erase_if(changes.removals, [&](const auto& path) { return arrivals.contains(path); });
+    for (const auto& path : changes.removals) expected_.erase(path);
+    for (const auto& [path, record] : arrivals) {
+      expected_.insert_or_assign(path, record);
+      changes.upserts.push_back(record);
+    }
+    const auto others = database_.moveRows(std::move(changes));
+    database_.deleteByPaths(others.removals);
+    database_.batchInsert(others.upserts);
   }
   void clear() {
     database_.clearAll();

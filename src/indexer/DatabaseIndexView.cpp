@@ -11,6 +11,13 @@ namespace {
 /// processor's cache.
 constexpr std::size_t kPageRows = 1000;
 
+using Kind = platform::IndexEntry::Kind;
+
+Kind kindOf(FileKind kind) {
+  if (kind == FileKind::symlink) return Kind::link;
+  return kind == FileKind::directory ? Kind::folder : Kind::file;
+}
+
 class DatabaseCursor final : public platform::IndexCursor {
  public:
   explicit DatabaseCursor(const std::string& folder) : reader_(folder) {}
@@ -33,12 +40,6 @@ class DatabaseCursor final : public platform::IndexCursor {
   }
 
  private:
-  static platform::IndexEntry::Kind kindOf(FileKind kind) {
-    using Kind = platform::IndexEntry::Kind;
-    if (kind == FileKind::symlink) return Kind::link;
-    return kind == FileKind::directory ? Kind::folder : Kind::file;
-  }
-
   bool fetch() {
     position_ = 0;
     page_.clear();
@@ -73,7 +74,12 @@ std::vector<std::string> DatabaseIndexView::pathsWithInode(std::uint64_t inode,
                                                            std::stop_token stop) {
   gate_->waitForHandedOver(stop);
   const std::scoped_lock lock(mutex_);
-  return reader_.pathsWithInode(std::bit_cast<std::int64_t>(inode));
+  return reader_.pathsWithInode(FileKind::file, std::bit_cast<std::int64_t>(inode));
+}
+
+std::vector<std::string> DatabaseIndexView::foldersWithInode(std::uint64_t inode) {
+  const std::scoped_lock lock(mutex_);
+  return reader_.pathsWithInode(FileKind::directory, std::bit_cast<std::int64_t>(inode));
 }
 
 }  // namespace zelnor

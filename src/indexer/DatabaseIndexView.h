@@ -19,6 +19,7 @@ class DatabaseIndexView final : public platform::IndexView {
 
   std::unique_ptr<platform::IndexCursor> open(std::stop_token stop) override;
   std::vector<std::string> pathsWithInode(std::uint64_t inode, std::stop_token stop) override;
+  std::vector<std::string> foldersWithInode(std::uint64_t inode) override;
 
  private:
   const std::string folder_;

@@ -37,10 +37,10 @@ class IndexCursor {
 
 /// What the index holds, for the change stream to compare with the disk. Read-only.
 ///
-/// Called on the change stream's own threads, several at a time. Every operation first waits until
-/// all changes that the stream delivered before the call are in the index, or until `stop` is
-/// requested (then what it answers does not matter). Without this wait, a change that was delivered
-/// but not yet written could leave a row behind that nothing ever corrects.
+/// Called on the change stream's own threads, several at a time. An operation that can be stopped
+/// first waits until all changes that the stream delivered before the call are in the index, or
+/// until `stop` is requested (then what it answers does not matter). Without this wait, a change
+/// that was delivered but not yet written could leave a row behind that nothing ever corrects.
 class IndexView {
  public:
   virtual ~IndexView() = default;
@@ -51,6 +51,11 @@ class IndexView {
   /// The paths of the files with this inode number (on any device): the names of one file that has
   /// several.
   virtual std::vector<std::string> pathsWithInode(std::uint64_t inode, std::stop_token stop) = 0;
+
+  /// The paths of the folders with this inode number (on any device), as they are in the index now.
+  /// Does not wait: for those who look for the place that a folder came from before that is
+  /// forgotten.
+  virtual std::vector<std::string> foldersWithInode(std::uint64_t inode) = 0;
 };
 
 }  // namespace zelnor::platform

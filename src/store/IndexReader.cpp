@@ -17,12 +17,12 @@ std::vector<FileRecord> IndexReader::recordsFrom(std::string_view path, std::siz
        {std::string(path)}});
 }
 
-std::vector<std::string> IndexReader::pathsWithInode(std::int64_t inode) {
+std::vector<std::string> IndexReader::pathsWithInode(FileKind kind, std::int64_t inode) {
   std::vector<std::string> paths;
   for (auto& record :
        database_->allRecords({"SELECT id, name, path, size, mtime, kind, inode FROM files "
-                              "WHERE inode = ? AND kind = 0",
-                              {inode}})) {
+                              "WHERE inode = ? AND +kind = ?",
+                              {inode, static_cast<std::int64_t>(kind)}})) {
     paths.push_back(std::move(record.path));
   }
   return paths;

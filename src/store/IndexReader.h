@@ -25,8 +25,8 @@ class IndexReader {
   /// comes after it. No read transaction stays open, so that a long walk does not keep the
   /// write-ahead log from being reused.
   std::vector<FileRecord> recordsFrom(std::string_view path, std::size_t limit);
-  /// The paths of the files with this inode number, on any device.
-  std::vector<std::string> pathsWithInode(std::int64_t inode);
+  /// The paths of the entries of this kind with this inode number, on any device.
+  std::vector<std::string> pathsWithInode(FileKind kind, std::int64_t inode);
 
  private:
   std::unique_ptr<IndexDatabase> database_;

@@ -33,6 +33,7 @@ class PathsView final : public IndexView, public std::enable_shared_from_this<Pa
                                           std::stop_token /*stop*/) override {
     return {};
   }
+  std::vector<std::string> foldersWithInode(std::uint64_t /*inode*/) override { return {}; }
 
  private:
   class Cursor final : public IndexCursor {

@@ -71,10 +71,20 @@ class ReconcilerOnDisk : public testing::Test, private ReconcileVisitor {
     different.erase("");  // the root itself
   }
 
+  /// What is told of `folder` if it was at `former` before, in order.
+  std::vector<std::string> reportMoved(const std::string& folder, const std::string& former) {
+    inOrder.clear();
+    const StreamScope scope({root.path()}, filter, {});
+    MapCursor cursor(rows);
+    Reconciler(scope, *this, {}).reportMoved(root / folder, root / former, cursor);
+    return inOrder;
+  }
+
   const test::TemporaryFolder root;
   ScopeFilter filter;
   std::map<std::string, Row> rows;
   std::set<std::string> different;
+  std::vector<std::string> inOrder;
   std::vector<std::string> listed;
   std::vector<std::string> found;
   std::vector<std::string> unlisted;
@@ -86,6 +96,7 @@ class ReconcilerOnDisk : public testing::Test, private ReconcileVisitor {
   void willList(const std::string& folder) override { listed.push_back(shorten(folder)); }
   void differs(std::string path, std::uint32_t /*flags*/) override {
     different.insert(shorten(path));
+    inOrder.push_back(shorten(path));
   }
   void couldNotList(const std::string& folder) override { unlisted.push_back(shorten(folder)); }
   void foundFolder(const std::string& path) override { found.push_back(shorten(path)); }
@@ -108,6 +119,20 @@ TEST_F(ReconcilerOnDisk, FindsWhatCameWentAndChangedInByteOrderOfWholePaths) {
   compare();
   EXPECT_THAT(different, testing::IsSupersetOf({"a.txt", "b/new", "b/y", "b/y/z", "link"}));
   EXPECT_THAT(different, testing::Not(testing::Contains(testing::AnyOf("a", "b/x", "b-c"))));
+}
+
+TEST_F(ReconcilerOnDisk, TellsOfAFolderThatMovedEntryByEntryInBothPlaces) {
+  scan();
+  std::filesystem::rename(root / "b", root / "moved");
+  root.file("moved/new");
+  std::filesystem::remove(root / "moved/x");
+  EXPECT_THAT(reportMoved("moved", "b"),
+              ElementsAre("moved", "moved/new", "b/x", "b/y", "moved/y", "b/y/z", "moved/y/z"));
+  EXPECT_THAT(listed, ElementsAre("moved", "moved/y"));
+
+  filter.excludedPrefixes = {root / "b/y"};
+  EXPECT_THAT(reportMoved("moved", "b"),
+              ElementsAre("moved", "moved/new", "b/x", "moved/y", "moved/y/z"));
 }
 
 TEST_F(ReconcilerOnDisk, AFolderThatBecameAFileLeavesNothingBelow) {

@@ -13,13 +13,17 @@ TEST(SurveyRequests, LookForArrivalsFirstAndUniteWhatOverlaps) {
   requests.add("/r/gone/below", SurveyDepth::children);
   requests.add("/r/list", SurveyDepth::children);
   requests.add("/r/list", SurveyDepth::tree);
+  requests.add("/r/new", SurveyDepth::arrival);
   requests.add("/r/new", SurveyDepth::contents);
   requests.add("/r/new/below", SurveyDepth::contents);
   requests.add("/r/newer", SurveyDepth::contents);
+  requests.add("/r/new/moved", SurveyDepth::arrival);
+  requests.add("/r/former", SurveyDepth::tree);
+  requests.drop("/r/former");
   std::vector<std::pair<std::string, SurveyDepth>> order;
   while (const auto request = requests.take()) order.emplace_back(request->path, request->depth);
   EXPECT_EQ(order,
-            (std::vector<std::pair<std::string, SurveyDepth>>{{"/r/new", SurveyDepth::contents},
+            (std::vector<std::pair<std::string, SurveyDepth>>{{"/r/new", SurveyDepth::arrival},
                                                               {"/r/newer", SurveyDepth::contents},
                                                               {"/r/gone", SurveyDepth::tree},
                                                               {"/r/list", SurveyDepth::tree}}));

@@ -125,6 +125,7 @@ void LinuxChangeStream::listen() {
     const int ready = ::poll(waiting.data(), waiting.size(), limit);
     if (stop_.stop_requested()) return;
     for (const auto& source : followers_.sources()) source->readChanges(*this);
+    prompt_->request(std::exchange(toSurvey_, {}));
     const bool hasMounts = waiting[1].revents != 0;
     if (guard_.takeHints() || hasMounts || ready == 0) takeNews();
   } while (nap());
@@ -174,9 +175,9 @@ void LinuxChangeStream::entryChanged(const FolderChange& change, const std::stri
   delivery_->changed(path, flagsOf(change));
   if (!change.isFolder) return;
   if (change.left) {
-    prompt_->request(path, SurveyDepth::tree);
+    toSurvey_.push_back({path, SurveyDepth::tree});
   } else if (change.arrived) {
-    prompt_->request(path, SurveyDepth::contents);
+    toSurvey_.push_back({path, change.renamed ? SurveyDepth::arrival : SurveyDepth::contents});
   } else if (change.attributesChanged) {
     attributesChanged(path);
   }

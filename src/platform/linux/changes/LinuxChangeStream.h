@@ -93,6 +93,10 @@ class LinuxChangeStream final : public ChangeStream,
   std::map<std::string, int> unreadable_;
   bool isSweepScheduled_ = false;
 
+  /// Folders that came or went in this round of reading, handed over together: one that moved is to
+  /// be found where it went before it is missed where it was. On the listening thread.
+  std::vector<SurveyRequests::Request> toSurvey_;
+
   // On the background surveyor's thread.
   std::chrono::steady_clock::time_point lastDeepSweep_;
   std::chrono::steady_clock::duration lastSweepTook_{};

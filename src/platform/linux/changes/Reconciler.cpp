@@ -155,7 +155,46 @@ class Merge {
   std::unordered_set<std::string> present_;  ///< child folders on disk, with Depth::children
 };
 
+/// Tells a visitor of a folder in its new place, and beside each entry what was known in the old.
+class MoveVisitor final : public ReconcileVisitor {
+ public:
+  MoveVisitor(const StreamScope& scope, ReconcileVisitor& visitor, std::size_t prefix,
+              KnownEntries former)
+      : scope_(scope), visitor_(visitor), prefix_(prefix), former_(std::move(former)) {}
+
+  void willList(const std::string& folder) override { visitor_.willList(folder); }
+  void couldNotList(const std::string& folder) override { visitor_.couldNotList(folder); }
+  void foundFolder(const std::string& path) override { visitor_.foundFolder(path); }
+  void differs(std::string path, std::uint32_t flags) override {
+    if (path.size() > prefix_) reportFormer(std::string_view(path).substr(prefix_));
+    visitor_.differs(std::move(path), flags);
+  }
+
+  /// All that was known up to `place` in the folder, or all that is left.
+  void reportFormer(std::optional<std::string_view> place) {
+    for (; former_.current(); former_.advance()) {
+      const auto& entry = *former_.current();
+      if (place && entry.path.substr(former_.prefix().size()) > *place) return;
+      if (!scope_.includes(entry.path, kindOf(entry))) continue;
+      visitor_.differs(std::string(entry.path), kFSEventStreamEventFlagItemRemoved);
+    }
+  }
+
+ private:
+  const StreamScope& scope_;
+  ReconcileVisitor& visitor_;
+  const std::size_t prefix_;  ///< length of the folder's path and the slash
+  KnownEntries former_;
+};
+
 }  // namespace
+
+void Reconciler::reportMoved(const std::string& folder, const std::string& former,
+                             IndexCursor& known) {
+  MoveVisitor visitor(scope_, visitor_, folder.size() + 1, KnownEntries(former, &known));
+  Reconciler(scope_, visitor, stop_).compare(folder, nullptr, Depth::tree);
+  visitor.reportFormer(std::nullopt);
+}
 
 void Reconciler::compare(const std::string& folder, IndexCursor* known, Depth depth) {
   visitor_.willList(folder);

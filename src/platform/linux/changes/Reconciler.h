@@ -40,6 +40,11 @@ class Reconciler {
   /// nothing below it. Throws what the cursor throws.
   void compare(const std::string& folder, IndexCursor* known, Depth depth);
 
+  /// All that is on disk below `folder` differs, and all that the index knows below `former`, where
+  /// the folder was before: each entry after the one that it may have been. Whoever applies a part
+  /// of this has both sides of most moves.
+  void reportMoved(const std::string& folder, const std::string& former, IndexCursor& known);
+
   /// All that the index knows below `folder` differs: nothing is there any more.
   void reportAllKnown(const std::string& folder, IndexCursor& known);
 

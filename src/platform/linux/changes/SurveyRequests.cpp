@@ -6,7 +6,7 @@
 namespace zelnor::platform {
 
 void SurveyRequests::add(std::string path, SurveyDepth depth) {
-  const bool isArrival = depth <= SurveyDepth::contents;
+  const bool isArrival = depth <= SurveyDepth::arrival;
   auto& pending = isArrival ? arrivals_ : comparisons_;
   if (isCovered(pending, path, isArrival ? SurveyDepth::contents : SurveyDepth::tree)) return;
   auto& known = pending.try_emplace(std::move(path), depth).first->second;
@@ -20,11 +20,11 @@ std::optional<SurveyRequests::Request> SurveyRequests::take() {
   return Request{.path = std::move(first.key()), .depth = first.mapped()};
 }
 
-/// Whether the path or a folder that it is in is to be looked at `by` this depth.
+/// Whether the path or a folder that it is in is to be looked at, at least by this depth.
 bool SurveyRequests::isCovered(const Pending& pending, const std::string& path, SurveyDepth by) {
   for (auto end = path.size(); end != std::string::npos; end = path.rfind('/', end - 1)) {
     const auto found = pending.find(path.substr(0, end));
-    if (found != pending.end() && found->second == by) return true;
+    if (found != pending.end() && found->second >= by) return true;
     if (end == 0) break;
   }
   return false;

@@ -11,9 +11,14 @@ Surveyor::Surveyor(Parts parts, std::string label, SerialQueue::Priority priorit
 Surveyor::~Surveyor() { stop(); }
 
 void Surveyor::request(std::string path, SurveyDepth depth) {
+  request({{.path = std::move(path), .depth = depth}});
+}
+
+void Surveyor::request(std::vector<SurveyRequests::Request> requests) {
+  if (requests.empty()) return;
   const std::scoped_lock lock(mutex_);
   if (requests_.empty()) queue_.post([this] { work(); });
-  requests_.add(std::move(path), depth);
+  for (auto& [path, depth] : requests) requests_.add(std::move(path), depth);
 }
 
 void Surveyor::work() {
@@ -66,7 +71,8 @@ void Surveyor::surveyFolder(const std::string& path, SurveyDepth depth) {
     return;
   }
   isSilent_ = depth == SurveyDepth::nothing;
-  const bool compares = depth > SurveyDepth::contents && parts_.index;
+  if (depth == SurveyDepth::arrival && surveyMoved(path)) return;
+  const bool compares = depth > SurveyDepth::arrival && parts_.index;
   const auto cursor = compares ? parts_.index->open(stop_.get_token()) : nullptr;
   Reconciler(parts_.scope, *this, stop_.get_token())
       .compare(
@@ -74,12 +80,36 @@ void Surveyor::surveyFolder(const std::string& path, SurveyDepth depth) {
           depth == SurveyDepth::children ? Reconciler::Depth::children : Reconciler::Depth::tree);
 }
 
+/// A folder that came from where the index knows it; answers whether this is one.
+bool Surveyor::surveyMoved(const std::string& path) {
+  const auto former = formerPlace(path);
+  if (!former) return false;
+  {
+    // Before the index is read: whatever is requested there from now on is about something else.
+    const std::scoped_lock lock(mutex_);
+    requests_.drop(*former);
+  }
+  Reconciler(parts_.scope, *this, stop_.get_token())
+      .reportMoved(path, *former, *parts_.index->open(stop_.get_token()));
+  return true;
+}
+
+/// Where the index knows this folder, if it is there no longer.
+std::optional<std::string> Surveyor::formerPlace(const std::string& path) const {
+  const auto state = examine(path);
+  if (!state.isPresent() || !parts_.index) return std::nullopt;
+  for (auto& place : parts_.index->foldersWithInode(state.attributes.inode)) {
+    if (examine(place).presence == EntryState::Presence::gone) return std::move(place);
+  }
+  return std::nullopt;
+}
+
 void Surveyor::surveyNothing(const std::string& path, SurveyDepth depth) {
   // A root that is missing keeps what it had.
   if (parts_.scope.isRoot(path)) return;
   isSilent_ = false;
   parts_.followers.detach(path);
-  if (depth <= SurveyDepth::contents || !parts_.index) return;
+  if (depth <= SurveyDepth::arrival || !parts_.index) return;
   const auto cursor = parts_.index->open(stop_.get_token());
   Reconciler(parts_.scope, *this, stop_.get_token()).reportAllKnown(path, *cursor);
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <stop_token>
 #include <string>
 
@@ -47,6 +48,8 @@ class Surveyor final : private ReconcileVisitor {
 
   /// Thread-safe, never waits.
   void request(std::string path, SurveyDepth depth);
+  /// The same for several, none of which is taken before all are there.
+  void request(std::vector<SurveyRequests::Request> requests);
   /// Runs `work` on the surveyor's thread. Thread-safe, never waits.
   void post(SerialQueue::Work work) { queue_.post(std::move(work)); }
   void postAt(SerialQueue::TimePoint due, SerialQueue::Work work) {
@@ -66,6 +69,8 @@ class Surveyor final : private ReconcileVisitor {
  private:
   void work();
   void surveyFolder(const std::string& path, SurveyDepth depth);
+  bool surveyMoved(const std::string& path);
+  [[nodiscard]] std::optional<std::string> formerPlace(const std::string& path) const;
   [[nodiscard]] bool isKnown(const std::string& root) const;
   void surveyNothing(const std::string& path, SurveyDepth depth);
 

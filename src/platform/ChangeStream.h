@@ -79,20 +79,15 @@ struct ChangeStreamOptions {
 /// Reports what changes below a set of roots.
 ///
 /// - Each entry that is created, removed, renamed or changed gets an event, also every entry below
-/// a
-///   folder that comes, goes or moves, and the folder whose modification time changes with it.
+///   a folder that comes, goes or moves, and the folder whose modification time changes with it.
 /// - When it starts on a root of which the index knows entries, when the kernel lost events, and
-/// when a
-///   root comes back, the stream compares the root with the index and reports the differences.
+///   when a root comes back, it compares the root with the index and reports the differences.
 /// - A root that is missing or unmounted keeps its entries. When another folder takes its place,
-/// one
-///   event with kFSEventStreamEventFlagRootChanged names the root.
+///   one event with kFSEventStreamEventFlagRootChanged names the root.
 /// - If comparing is impossible, one event with kFSEventStreamEventFlagMustScanSubDirs (and the
-/// flag of
-///   the queue that lost events) names the root.
+///   flag of the queue that lost events) names the root.
 /// - An entry that cannot be looked at just now, for want of permission or because of an I/O error,
-/// is
-///   not reported; neither is what is out of scope.
+///   is not reported; neither is what is out of scope.
 ///
 /// What the kernel does not tell: writes through a memory mapping until the file is closed, and
 /// changes that other machines make on a network file system; sweeping finds these. A write through

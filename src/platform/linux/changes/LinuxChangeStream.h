@@ -23,13 +23,11 @@ namespace zelnor::platform {
 /// The change stream on Linux. How a change travels:
 ///
 /// - The listening thread reads what the sources report. Each name that changed goes to the
-/// delivery;
-///   a folder that came or went is also handed to a surveyor, because the kernel says nothing about
-///   what is below it.
-/// - The prompt surveyor looks at such folders: follows them, then lists them, and compares what
-/// the
-///   index knows below those that went. The background surveyor does the same for whole roots, and
-///   sweeps the folders that are not followed live.
+///   delivery; a folder that came or went is also handed to a surveyor, because the kernel says
+///   nothing about what is below it.
+/// - The prompt surveyor looks at such folders: follows them, then lists them, and reports what the
+///   index knows below those that went, entry beside entry if it can tell where they went. The
+///   background surveyor does the same for whole roots, and sweeps what is not followed live.
 /// - The delivery looks at each changed path on the queue and hands the events out.
 class LinuxChangeStream final : public ChangeStream,
                                 private ChangeSink,

@@ -1,0 +1,108 @@
+#include <unistd.h>
+
+#include <condition_variable>
+#include <map>
+#include <mutex>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/SerialQueue.h"
+#include "platform/linux/changes/EventDelivery.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace zelnor::platform {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Notes what a delivery asks; touched on its queue only, or while nothing is delivered.
+class Places final : public PlaceKeeper {
+ public:
+  bool isInPlace(std::string_view /*path*/) override { return areInPlace; }
+  void couldNotLook(const std::string& path) override { notLookedAt.push_back(path); }
+  void foundFolder(const std::string& path) override { found.push_back(path); }
+
+  bool areInPlace = true;
+  std::vector<std::string> notLookedAt;
+  std::vector<std::string> found;
+};
+
+class EventDeliveryTest : public testing::Test {
+ protected:
+  EventDeliveryTest() { delivery->start(queue, places); }
+  ~EventDeliveryTest() override { delivery->stop(); }
+
+  /// The flags that are delivered for `name`, which was seen to change so; none if nothing is.
+  std::optional<std::uint32_t> flagsFor(const std::string& name, std::uint32_t seen) {
+    delivery->changed(root / name, seen);
+    const auto last = root.file("after " + std::to_string(++markers));
+    delivery->changed(last, kFSEventStreamEventFlagItemModified);
+    std::unique_lock lock(mutex);
+    EXPECT_TRUE(
+        arrived.wait_for(lock, std::chrono::seconds(20), [&] { return events.contains(last); }));
+    const auto found = events.find(root / name);
+    return found == events.end() ? std::nullopt : std::optional(found->second);
+  }
+
+  const test::TemporaryFolder root;
+  const test::TemporaryFolder state;
+  Places places;
+
+ private:
+  ChangeStreamOptions options() {
+    ChangeStreamOptions options;
+    options.latency = std::chrono::milliseconds(1);
+    options.stateFolder = state.path();
+    return options;
+  }
+  void collect(std::span<const ChangeEvent> batch) {
+    const std::scoped_lock lock(mutex);
+    for (const auto& event : batch) events[event.path] = event.flags;
+    arrived.notify_all();
+  }
+
+  const StreamScope scope{{root.path()}, {}, {}};
+  std::mutex mutex;
+  std::condition_variable arrived;
+  std::map<std::string, std::uint32_t> events;
+  int markers = 0;
+  SerialQueue queue{"test"};
+  const std::shared_ptr<EventDelivery> delivery = std::make_shared<EventDelivery>(
+      options(), scope, [this](std::span<const ChangeEvent> batch) { collect(batch); });
+};
+
+TEST_F(EventDeliveryTest, WhatAnEntryIsNowCountsNotWhatWasSeen) {
+  root.file("there");
+  EXPECT_EQ(flagsFor("there", kFSEventStreamEventFlagItemRemoved),
+            kFSEventStreamEventFlagItemModified | kFSEventStreamEventFlagItemIsFile);
+  EXPECT_EQ(flagsFor("gone", kFSEventStreamEventFlagItemCreated),
+            kFSEventStreamEventFlagItemRemoved);
+  EXPECT_EQ(flagsFor("moved away", kFSEventStreamEventFlagItemRenamed),
+            kFSEventStreamEventFlagItemRenamed);
+}
+
+TEST_F(EventDeliveryTest, AFolderWhereAnotherThingWasSeenIsLookedInto) {
+  root.folder("seen as folder");
+  EXPECT_TRUE(flagsFor("seen as folder", kFSEventStreamEventFlagItemCreated));
+  EXPECT_THAT(places.found, IsEmpty());
+  for (const auto* name : {"seen as file", "seen to leave"}) root.folder(name);
+  EXPECT_TRUE(flagsFor("seen as file",
+                       kFSEventStreamEventFlagItemCreated | kFSEventStreamEventFlagItemIsFile));
+  EXPECT_TRUE(flagsFor("seen to leave", kFSEventStreamEventFlagItemRemoved));
+  EXPECT_THAT(places.found, ElementsAre(root / "seen as file", root / "seen to leave"));
+}
+
+TEST_F(EventDeliveryTest, WhatCannotBeFoundOrLookedAtJustNowIsNotRemoved) {
+  places.areInPlace = false;
+  EXPECT_EQ(flagsFor("unmounted", kFSEventStreamEventFlagItemRemoved), std::nullopt);
+  // A path through too many links cannot be looked at, by any user.
+  ASSERT_EQ(symlink("loop", (root / "loop").c_str()), 0);
+  EXPECT_EQ(flagsFor("loop/entry", kFSEventStreamEventFlagItemRemoved), std::nullopt);
+  EXPECT_THAT(places.notLookedAt, ElementsAre(root / "loop/entry"));
+}
+
+}  // namespace
+}  // namespace zelnor::platform

@@ -203,7 +203,7 @@ struct IndexDatabase::Writer {
 };
 
 IndexDatabase::IndexDatabase(std::string path, ConnectionHandle connection)
-    : path_(std::move(path)), connection_(std::move(connection)) {}
+    : path_(std::move(path)), connection_(std::move(connection)), selects_(connection_.get()) {}
 IndexDatabase::IndexDatabase(IndexDatabase&&) noexcept = default;
 IndexDatabase& IndexDatabase::operator=(IndexDatabase&&) noexcept = default;
 IndexDatabase::~IndexDatabase() = default;
@@ -301,12 +301,11 @@ std::int64_t IndexDatabase::totalFileCount() {
 }
 
 std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std::int64_t limit) {
-  Statement statement(connection_.get(), select.sql);
-  statement.bindAll(select.bindings);
+  const auto run = selects_.run(select);
   std::vector<FileRecord> records;
   records.reserve(static_cast<std::size_t>(std::clamp<std::int64_t>(limit, 0, kReservedRows)));
   try {
-    appendRecords(statement, records);
+    appendRecords(*run, records);
   } catch (const DatabaseError&) {
     // A page that ends early is still a page: the user sees what was found.
   }
@@ -314,18 +313,16 @@ std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std
 }
 
 std::vector<FileRecord> IndexDatabase::allRecords(const SelectStatement& select) {
-  Statement statement(connection_.get(), select.sql);
-  statement.bindAll(select.bindings);
+  const auto run = selects_.run(select);
   std::vector<FileRecord> records;
-  appendRecords(statement, records);
+  appendRecords(*run, records);
   return records;
 }
 
 std::int64_t IndexDatabase::searchCount(const SelectStatement& select) {
-  Statement statement(connection_.get(), select.sql);
-  statement.bindAll(select.bindings);
+  const auto run = selects_.run(select);
   try {
-    return statement.step() ? statement.integer(0) : 0;
+    return run->step() ? run->integer(0) : 0;
   } catch (const DatabaseError&) {
     return 0;
   }

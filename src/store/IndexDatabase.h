@@ -10,6 +10,7 @@
 #include "store/FullTextIndex.h"
 #include "store/SelectStatement.h"
 #include "store/Sqlite.h"
+#include "store/StatementCache.h"
 
 namespace zelnor {
 
@@ -64,6 +65,7 @@ class IndexDatabase {
 
   std::string path_;
   ConnectionHandle connection_;
+  StatementCache selects_;
   /// Statements that live as long as the connection; none in a connection that reads.
   std::unique_ptr<Writer> writer_;
 

@@ -51,6 +51,21 @@ TEST_F(DatabaseManagerTest, KeepsEveryFieldOfARecord) {
   EXPECT_EQ(rows[0], hard);
 }
 
+TEST_F(DatabaseManagerTest, ASearchCanBeRepeatedAndHoldsNoReadTransactionInBetween) {
+  main_.await(manager_.batchInsert({record("a.txt"), record("b.txt")}));
+  DatabaseManager reader(folder_ / "data", pool_.executor(), DatabaseManager::Access::readOnly);
+  // Ends after the first of two rows.
+  EXPECT_EQ(main_.await(reader.searchCount({"SELECT size FROM files", {}})), 7);
+  const auto countOf = [&](const std::string& name) {
+    return main_.await(reader.searchCount({"SELECT COUNT(*) FROM files WHERE name = ?", {name}}));
+  };
+  EXPECT_EQ(countOf("c.txt"), 0);
+  main_.await(manager_.batchInsert({record("c.txt")}));
+  EXPECT_EQ(raw_.integer("PRAGMA wal_checkpoint(TRUNCATE)"), 0) << "somebody still reads";
+  EXPECT_EQ(countOf("c.txt"), 1);
+  EXPECT_EQ(countOf("d.txt"), 0);
+}
+
 TEST_F(DatabaseManagerTest, TellsWhatItDoesNotHoldAsItIs) {
   main_.await(manager_.batchInsert({record("a.txt"), record("b.txt")}));
   auto touched = record("b.txt");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <stop_token>
 #include <string_view>
 #include <utility>
@@ -338,9 +339,8 @@ void SearchViewModel::indexChanged() {
 }
 
 void SearchViewModel::refreshed(FirstPage page) {
-  // A row that changes gets another id.
-  if (page.count == totalCount_ &&
-      std::ranges::equal(page.results, results_, {}, &SearchResult::id, &SearchResult::id)) {
+  // All of each row: one that was moved keeps its id.
+  if (page.count == totalCount_ && page.results == results_) {
     tasks_->free(std::move(page.results));
     return;
   }
@@ -358,16 +358,22 @@ void SearchViewModel::show(Update& update, FirstPage page, ResultsChange change)
   update.set(resultCount_, page.count, &SearchViewModel::resultCountChanged);
 }
 
-/// The ids of the selected files in `rows`: a file that changed has a new one.
+/// The ids of the selected files in `rows`: a file that changed has a new id at its path, one that
+/// was moved has its id at a new path.
 SearchViewModel::IdSet SearchViewModel::selectedAmong(const Results& rows) const {
   if (selectedIDs_.empty()) return {};
-  std::set<std::string_view> paths;
+  std::map<std::string_view, std::int64_t> idOfPath;
   auto selected = selectedIDs_;
   for (const auto& result : results_) {
-    if (selected.erase(result.id()) > 0) paths.insert(result.record.path);
+    if (selected.erase(result.id()) > 0) idOfPath.emplace(result.record.path, result.id());
   }
   for (const auto& row : rows) {
-    if (paths.contains(row.record.path)) selected.insert(row.id());
+    if (idOfPath.erase(row.record.path) > 0) selected.insert(row.id());
+  }
+  IdSet moved;
+  for (const auto& [path, id] : idOfPath) moved.insert(id);
+  for (const auto& row : rows) {
+    if (moved.contains(row.id())) selected.insert(row.id());
   }
   return selected;
 }

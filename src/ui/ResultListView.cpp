@@ -84,7 +84,7 @@ void ResultListView::selectionChanged(const QItemSelection& selected,
 void ResultListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QListView::currentChanged(current, previous);
   if (sharing_) return;
-  currentPath_ = current.isValid() ? resultAt(current).record.path : std::string();
+  current_ = current.isValid() ? std::optional(resultAt(current)) : std::nullopt;
 }
 
 void ResultListView::follow(SearchViewModel::ResultsChange change) {
@@ -96,11 +96,14 @@ void ResultListView::follow(SearchViewModel::ResultsChange change) {
 
 /// The keyboard stays at its file, and the view where the user has scrolled it.
 void ResultListView::findCurrent() {
-  if (currentPath_.empty()) return;
+  if (!current_) return;
   const auto& rows = viewModel_.results();
-  const auto found = std::ranges::find(
-      rows, currentPath_, [](const SearchResult& row) -> const auto& { return row.record.path; });
+  auto found =
+      std::ranges::find(rows, current_->record.path,
+                        [](const SearchResult& row) -> const auto& { return row.record.path; });
+  if (found == rows.end()) found = std::ranges::find(rows, current_->id(), &SearchResult::id);
   if (found == rows.end()) return;
+  current_ = *found;
   setAutoScroll(false);
   const auto row = static_cast<int>(std::distance(rows.begin(), found));
   selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::NoUpdate);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <optional>
 
 #include <QListView>
 
@@ -41,8 +41,8 @@ class ResultListView final : public QListView {
   void open(const QModelIndex& index);
 
   SearchViewModel& viewModel_;
-  bool sharing_ = false;     ///< the selection is being carried over, in either direction
-  std::string currentPath_;  ///< of the row that the keyboard is at
+  bool sharing_ = false;  ///< the selection is being carried over, in either direction
+  std::optional<SearchResult> current_;  ///< the row that the keyboard is at
 };
 
 }  // namespace zelnor::ui

@@ -24,7 +24,8 @@ class FakeSearchSource final : public SearchSource {
   };
 
   std::int64_t matches = 0;
-  std::int64_t firstRow = 0;  ///< the first match; those before have gone
+  std::int64_t firstRow = 0;        ///< the first match; those before have gone
+  std::string folder = "/folder/";  ///< where the matches are
   std::optional<DatabaseError> failure;
   bool isHeld = false;
   std::vector<Call> searches;
@@ -36,7 +37,7 @@ class FakeSearchSource final : public SearchSource {
     co_await turn();
     std::vector<SearchResult> page;
     const auto end = offset + std::min(limit, std::max<std::int64_t>(matches - offset, 0));
-    for (auto id = offset; id < end; ++id) page.push_back(row(firstRow + id));
+    for (auto id = offset; id < end; ++id) page.push_back(row(firstRow + id, folder));
     co_return page;
   }
 
@@ -52,11 +53,11 @@ class FakeSearchSource final : public SearchSource {
   }
   [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
 
-  static SearchResult row(std::int64_t id) {
+  static SearchResult row(std::int64_t id, const std::string& folder = "/folder/") {
     FileRecord record;
     record.id = id;
     record.name = "name" + std::to_string(id);
-    record.path = "/folder/" + record.name;
+    record.path = folder + record.name;
     return {record};
   }
 

@@ -317,6 +317,12 @@ TEST_F(SearchViewModelTest, TheListFollowsTheIndexQuietly) {
   settle();
   EXPECT_EQ(model_->results().size(), 451U);
   EXPECT_FALSE(model_->hasMore());
+
+  source_.folder = "/moved/";  // the same rows, elsewhere
+  model_->indexChanged();
+  pass(SearchViewModel::kRefreshPause);
+  EXPECT_EQ(model_->results().front(), test::FakeSearchSource::row(1, "/moved/"));
+  EXPECT_THAT(model_->selectedIDs(), ElementsAre(399));
 }
 
 TEST_F(SearchViewModelTest, ARefreshGivesWayToTheUser) {

@@ -24,6 +24,13 @@ class ResultListTest : public SearchFixture {
     view.resize(600, 400);
     view.show();
   }
+
+  void refresh() {
+    model_.indexChanged();
+    settle();
+    clock_.advance(SearchViewModel::kRefreshPause);
+    settle();
+  }
 };
 
 TEST_F(ResultListTest, FollowsTheViewModelByTheRulesOfItemModels) {
@@ -92,15 +99,19 @@ TEST_F(ResultListTest, StaysWhereTheUserIsWhenTheIndexChanges) {
 
   source_.firstRow = 3;  // three files above have gone, and the list is shorter
   source_.matches = 100;
-  model_.indexChanged();
-  settle();
-  clock_.advance(SearchViewModel::kRefreshPause);
-  settle();
+  refresh();
   EXPECT_EQ(view.model()->rowCount(), 100);
   EXPECT_EQ(view.verticalScrollBar()->value(), scrolled);
   EXPECT_THAT(model_.selectedIDs(), ElementsAre(30));
   EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("name30"));
   EXPECT_EQ(view.selectionModel()->selectedRows().size(), 1);
+
+  source_.firstRow = 5;
+  source_.folder = "/moved/";
+  refresh();
+  EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("name30"));
+  EXPECT_EQ(view.currentIndex().data(ResultListModel::folderRole).toString(),
+            QStringLiteral("/moved"));
 }
 
 TEST(ResultRowGeometry, KeepsItsPartsApartAtAnyWidth) {

@@ -117,13 +117,19 @@ const SearchResult& ResultListView::resultAt(const QModelIndex& index) const {
 void ResultListView::showSelection() {
   if (sharing_) return;
   const QScopedValueRollback guard(sharing_, true);
+  // Ranges, not rows: Qt compares each with each of those before.
   QItemSelection selection;
   const auto& rows = viewModel_.results();
   const auto& ids = viewModel_.selectedIDs();
-  for (std::size_t row = 0; row < rows.size() && !ids.empty(); ++row) {
-    if (!ids.contains(rows[row].id())) continue;
-    const auto index = model()->index(static_cast<int>(row), 0);
-    selection.select(index, index);
+  const auto isSelected = [&](const SearchResult& row) { return ids.contains(row.id()); };
+  const auto indexOf = [&](auto row) {
+    return model()->index(static_cast<int>(std::distance(rows.begin(), row)), 0);
+  };
+  for (auto first = ids.empty() ? rows.end() : std::ranges::find_if(rows, isSelected);
+       first != rows.end();) {
+    const auto end = std::find_if_not(first, rows.end(), isSelected);
+    selection.select(indexOf(first), indexOf(std::prev(end)));
+    first = std::find_if(end, rows.end(), isSelected);
   }
   selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }

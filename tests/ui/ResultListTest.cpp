@@ -112,6 +112,13 @@ TEST_F(ResultListTest, StaysWhereTheUserIsWhenTheIndexChanges) {
   EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("name30"));
   EXPECT_EQ(view.currentIndex().data(ResultListModel::folderRole).toString(),
             QStringLiteral("/moved"));
+
+  view.selectAll();
+  source_.folder = "/again/";
+  refresh();
+  EXPECT_EQ(model_.selectedIDs().size(), 100U);
+  EXPECT_EQ(view.selectionModel()->selectedRows().size(), 100);
+  EXPECT_EQ(view.selectionModel()->selection().size(), 1);  // one by one they would take seconds
 }
 
 TEST(ResultRowGeometry, KeepsItsPartsApartAtAnyWidth) {

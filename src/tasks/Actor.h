@@ -1,9 +1,12 @@
 #pragma once
 
+#include <exception>
 #include <type_traits>
 #include <utility>
 
+#include <asio/async_result.hpp>
 #include <asio/co_spawn.hpp>
+#include <asio/post.hpp>
 #include <asio/strand.hpp>
 #include <asio/use_awaitable.hpp>
 
@@ -38,23 +41,39 @@ class Actor {
  private:
   template <class Step, class Result>
   Async<Result> run(Step step, Result* /*plain*/) const {
-    co_return co_await asio::co_spawn(
-        strand_, [&step]() -> Async<Result> { co_return step(); }, asio::use_awaitable);
+    const auto body = [&step]() -> Async<Result> { co_return step(); };
+    co_return co_await spawned(body, static_cast<void (*)(std::exception_ptr, Result)>(nullptr));
   }
   template <class Step>
   Async<void> run(Step step, void* /*plain*/) const {
-    co_await asio::co_spawn(
-        strand_,
-        [&step]() -> Async<void> {
-          step();
-          co_return;
-        },
-        asio::use_awaitable);
+    const auto body = [&step]() -> Async<void> {
+      step();
+      co_return;
+    };
+    co_await spawned(body, static_cast<void (*)(std::exception_ptr)>(nullptr));
   }
   template <class Step, class T>
   Async<T> run(Step step, Async<T>* /*coroutine*/) const {
-    co_return co_await asio::co_spawn(
-        strand_, [&step]() -> Async<T> { return step(); }, asio::use_awaitable);
+    const auto body = [&step]() -> Async<T> { return step(); };
+    co_return co_await spawned(body, static_cast<void (*)(std::exception_ptr, T)>(nullptr));
+  }
+  template <class Step>
+  Async<void> run(Step step, Async<void>* /*coroutine*/) const {
+    const auto body = [&step]() -> Async<void> { return step(); };
+    co_await spawned(body, static_cast<void (*)(std::exception_ptr)>(nullptr));
+  }
+
+  /// Posted first: co_spawn alone would run an operation that is awaited on a thread of the same
+  /// pool inside this call, and whoever awaits it there be blocked all the while.
+  template <class Body, class... T>
+  auto spawned(const Body& body, void (* /*ended*/)(std::exception_ptr, T...)) const {
+    return asio::async_initiate<const asio::use_awaitable_t<>&, void(std::exception_ptr, T...)>(
+        [strand = strand_, &body](auto handler) {
+          asio::post(strand, [strand, &body, handler = std::move(handler)]() mutable {
+            asio::co_spawn(strand, body, std::move(handler));
+          });
+        },
+        asio::use_awaitable);
   }
 
   asio::strand<Executor> strand_;

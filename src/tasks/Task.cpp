@@ -70,8 +70,21 @@ bool Task::isCancelled() const { return state_ && state_->stop.stop_requested();
 
 bool Task::isDone() const { return state_ && state_->ended->isSet(); }
 
-Async<void> Task::wait() const {
-  if (state_) co_await Completion<bool>::wait(state_->ended);
+// Both may outlive this handle.
+Async<void> Task::wait() const { return waitFor(state_); }
+
+Async<void> Task::ended() const { return waitForEnd(state_); }
+
+Async<void> Task::waitFor(std::shared_ptr<State> state) {
+  if (state) co_await Completion<bool>::wait(state->ended);
+}
+
+Async<void> Task::waitForEnd(std::shared_ptr<State> state) {
+  try {
+    co_await waitFor(state);
+  } catch (...) {  // NOLINT(bugprone-empty-catch): how it ended is the business of whoever started
+                   // it
+  }
 }
 
 }  // namespace zelnor::tasks

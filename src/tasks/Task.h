@@ -30,11 +30,16 @@ class Task {
   /// because its thread pool was destroyed, ends with `std::system_error` of
   /// `std::errc::operation_canceled`.
   [[nodiscard]] Async<void> wait() const;
+  /// Returns when the work has ended, however it ended.
+  [[nodiscard]] Async<void> ended() const;
 
   friend bool operator==(const Task&, const Task&) = default;
 
  private:
   struct State;
+  static Async<void> waitFor(std::shared_ptr<State> state);
+  static Async<void> waitForEnd(std::shared_ptr<State> state);
+
   std::shared_ptr<State> state_;
 };
 

@@ -7,13 +7,7 @@ namespace zelnor::tasks {
 namespace {
 
 Async<void> waitForAll(std::vector<Task> tasks) {
-  for (const auto& task : tasks) {
-    try {
-      co_await task.wait();
-    } catch (...) {  // NOLINT(bugprone-empty-catch): how a task ended is the business of whoever
-                     // started it
-    }
-  }
+  for (const auto& task : tasks) co_await task.ended();
 }
 
 }  // namespace
@@ -23,12 +17,18 @@ TaskGroup::TaskGroup(Executor executor) : executor_(std::move(executor)) {}
 TaskGroup::~TaskGroup() { cancelAll(); }
 
 Task TaskGroup::spawn(std::function<Async<void>(std::stop_token)> body) {
+  if (isClosed_) return {};
   std::erase_if(running_, [](const Task& task) { return task.isDone(); });
   return running_.emplace_back(Task::spawn(executor_, std::move(body)));
 }
 
 void TaskGroup::cancelAll() const {
   for (const auto& task : running_) task.cancel();
+}
+
+void TaskGroup::close() {
+  isClosed_ = true;
+  cancelAll();
 }
 
 Async<void> TaskGroup::wait() const { return waitForAll(running_); }

@@ -13,6 +13,28 @@
 namespace zelnor::tasks {
 namespace {
 
+/// Keeps its thread until it is released.
+class Blocker : public Actor {
+ public:
+  explicit Blocker(const Executor& pool) : Actor(pool) {}
+
+  Async<void> block() {
+    co_await onActor([&] {
+      isBlocked_ = true;
+      isReleased_.wait(false);
+    });
+  }
+  [[nodiscard]] bool isBlocked() const { return isBlocked_; }
+  void release() {
+    isReleased_ = true;
+    isReleased_.notify_all();
+  }
+
+ private:
+  std::atomic<bool> isBlocked_ = false;
+  std::atomic<bool> isReleased_ = false;
+};
+
 /// Counts without any lock: only right, and only silent under the thread sanitizer, if its steps
 /// never overlap.
 class Counter : public Actor {
@@ -29,6 +51,9 @@ class Counter : public Actor {
       co_await asio::co_spawn(elsewhere, []() -> Async<void> { co_return; }, asio::use_awaitable);
       total_ = before + 1;
     });
+  }
+  Async<void> await(Blocker& blocker) {
+    co_await onActor([&] { return blocker.block(); });
   }
   Async<void> fail() {
     co_await onActor([] { throw std::runtime_error("refused"); });
@@ -53,6 +78,19 @@ TEST(Actor, RunsOneStepAtATimeWhoeverAwaits) {
   }
   for (const auto& task : tasks) main.await(task.wait());
   EXPECT_EQ(main.await(counter.add(0)), 4000);
+}
+
+TEST(Actor, IsFreeWhileItAwaitsAnother) {
+  test::MainThread main;
+  ThreadPool pool(2);
+  Counter waiting(pool.executor());
+  Blocker blocker(pool.executor());
+  const auto task = Task::spawn(
+      main.executor(), [&](std::stop_token) -> Async<void> { co_await waiting.await(blocker); });
+  main.runUntil([&] { return blocker.isBlocked(); });
+  EXPECT_EQ(main.await(waiting.add(1)), 1);
+  blocker.release();
+  main.await(task.wait());
 }
 
 TEST(Actor, InterleavesOnlyWhereAStepAwaits) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -8,8 +9,8 @@
 #include <vector>
 
 #include "indexer/FSEventsMonitor.h"
-#include "indexer/FileSystemScanner.h"
 #include "indexer/IndexConfiguration.h"
+#include "indexer/IndexFiller.h"
 #include "indexer/IndexMaintainer.h"
 #include "indexer/LiveIndexStatus.h"
 #include "indexer/PendingUpdates.h"
@@ -19,15 +20,21 @@
 #include "store/DatabaseManager.h"
 #include "tasks/Actor.h"
 #include "tasks/Task.h"
+#include "tasks/TaskGroup.h"
 
 namespace zelnor {
 
 /// The writing side of the index: fills it from scratch and keeps it current.
 ///
 /// Operations may be awaited from any thread. The owner awaits `shutDown()` before it destroys the
-/// actor.
+/// actor; an operation that is asked for after that has begun does nothing, and one that runs ends
+/// early, without an error.
 class FileIndexActor : public tasks::Actor, public IndexMaintainer {
  public:
+  /// Creates the stream of changes; nothing if there can be none. May throw for the same reason.
+  using StreamFactory = std::function<std::unique_ptr<platform::ChangeStream>(
+      platform::ChangeStreamOptions, platform::ChangeStream::Callback)>;
+
   /// What the actor needs of the program; all of it outlives the actor.
   struct Surroundings {
     std::string dataFolder;      ///< holds the index
@@ -40,6 +47,7 @@ class FileIndexActor : public tasks::Actor, public IndexMaintainer {
     std::optional<platform::ChangeStreamOptions> changes = std::nullopt;
     /// Takes one line; any thread.
     std::function<void(const std::string&)> log = [](const std::string&) {};
+    StreamFactory createStream = platform::createChangeStream;
   };
 
   /// Opens the index for writing. Blocks: not for the main thread. Throws DatabaseError, or
@@ -55,9 +63,10 @@ class FileIndexActor : public tasks::Actor, public IndexMaintainer {
   tasks::Async<void> rebuildIndex(IndexConfiguration config) override;
 
   /// For the launch: follows the configured roots, and makes the index complete if it is not. An
-  /// empty index is rebuilt; a rebuild that was killed halfway goes on, keeping what it has
-  /// written. Otherwise the change stream catches up with what happened meanwhile. Throws what
-  /// `rebuildIndex` throws.
+  /// empty index is rebuilt; a rebuild of the same configuration that was killed halfway goes on,
+  /// keeping what it has written; one of another starts anew. Otherwise the change stream catches
+  /// up with what happened meanwhile. Throws what `rebuildIndex` throws; changes are followed then
+  /// too.
   tasks::Async<void> resume(IndexConfiguration config);
 
   tasks::Async<void> startMonitoring(IndexConfiguration config) override;
@@ -66,7 +75,8 @@ class FileIndexActor : public tasks::Actor, public IndexMaintainer {
   /// Brings the rows of these paths up to date with the disk. What was delivered earlier must have
   /// ended.
   tasks::Async<void> handleFSEvents(std::vector<FSEventItem> events);
-  /// Rebuilds the index because changes were lost; one such rebuild at a time.
+  /// Rebuilds the index because changes were lost; one such rebuild at a time. Returns when it has
+  /// begun.
   tasks::Async<void> scheduleAutomaticRebuild(std::string reason);
 
   /// Waits until the full-text table of the last rebuild has been merged; searches are right all
@@ -74,46 +84,62 @@ class FileIndexActor : public tasks::Actor, public IndexMaintainer {
   tasks::Async<void> settled();
 
   /// Stops whatever runs, in the middle of a statement if need be, and returns when nothing runs
-  /// any more.
+  /// any more, nor will.
   tasks::Async<void> shutDown();
 
  private:
-  /// Whether a rebuild starts from nothing or keeps what an unfinished one has written.
-  enum class Start : std::uint8_t { empty, keeping };
+  using Operation = std::function<tasks::Async<void>(std::stop_token)>;
+  using Start = IndexFiller::Start;
 
+  tasks::Async<void> perform(Operation operation);
+
+  // Everything from here on runs on the actor.
+  tasks::Async<void> goOn(IndexConfiguration config, std::stop_token stop);
+  tasks::Async<std::optional<Start>> neededRebuild(const IndexConfiguration& config);
   tasks::Async<void> replaceRebuild(IndexConfiguration config, Start start);
   tasks::Async<void> runRebuild(IndexConfiguration config, Start start, std::stop_token stop);
-  tasks::Async<void> fill(const IndexConfiguration& config, Start start, std::stop_token stop);
-  tasks::Async<bool> fillOnce(const IndexConfiguration& config, bool onlyLacking,
-                              std::int64_t& written, std::stop_token stop);
-  tasks::Async<void> mergeInSteps(std::stop_token stop);
+  void rebuildEnded(int number);
+  [[nodiscard]] bool isRebuilding() const { return indexTask_ && !indexTask_.isDone(); }
+  void requestRebuild(const std::string& reason);
+  tasks::Async<void> rebuildAutomatically(std::string reason, IndexConfiguration config);
+
   void startMerging();
-  std::unique_ptr<FSEventsMonitor> createMonitor(const IndexConfiguration& config,
-                                                 platform::ChangeStreamOptions options);
-  void enqueue(std::vector<FSEventItem> events);
+  tasks::Async<void> mergeInSteps(std::stop_token stop);
+
+  void monitor(const IndexConfiguration& config);
+  std::unique_ptr<FSEventsMonitor> createMonitor(const IndexConfiguration& config);
+  [[nodiscard]] std::unique_ptr<platform::ChangeStream> createStream(
+      platform::ChangeStreamOptions options, platform::ChangeStream::Callback callback) const;
+  void enqueue(std::vector<FSEventItem> events);  ///< on any thread
   tasks::Async<void> applyUpdates(std::stop_token stop);
   tasks::Async<void> update(std::vector<FSEventItem> events);
+  tasks::Async<std::int64_t> countRows();
   /// A failed step of an update is a line in the log; the next update is another one.
   tasks::Async<void> attempt(tasks::Async<void> step) const;
-  /// Called on the actor.
-  [[nodiscard]] bool isRebuilding() const { return indexTask_ && !indexTask_.isDone(); }
+
   void publish(std::function<void(IndexStatus&)> change) const;
 
   const Surroundings surroundings_;
   std::shared_ptr<LiveIndexStatus> status_ = std::make_shared<LiveIndexStatus>();
 
   DatabaseManager database_;
-  FileSystemScanner scanner_;
+  IndexFiller filler_;
+  std::optional<std::int64_t> rows_;  ///< in the index; nothing before it was counted
   std::unique_ptr<FSEventsMonitor> fsMonitor_;
+  std::optional<IndexConfiguration> currentConfig_;
+
   tasks::Task indexTask_;
+  int rebuilds_ = 0;  ///< how many were begun; the newest is `indexTask_` until it has ended
   tasks::Task autoRebuildTask_;
   tasks::Task mergeTask_;
+  bool isMergingOwed_ = false;
   /// Delivered and not yet applied, in order; two lists must not be applied at once, or the older
   /// could store what the newer has just found gone.
   PendingUpdates updates_;
   tasks::Task updateTask_;
   std::shared_ptr<platform::HandoverGate> gate_ = std::make_shared<platform::HandoverGate>();
-  std::optional<IndexConfiguration> currentConfig_;
+  /// All that runs.
+  tasks::TaskGroup tasks_;
 };
 
 }  // namespace zelnor

@@ -17,16 +17,16 @@ DatabaseManager::~DatabaseManager() = default;
 
 const std::string& DatabaseManager::dbPath() const { return database_->path(); }
 
-tasks::Async<void> DatabaseManager::batchInsert(std::vector<FileRecord> records) {
-  co_await onActor([&] { database_->batchInsert(records); });
+tasks::Async<RowDifference> DatabaseManager::batchInsert(std::vector<FileRecord> records) {
+  co_return co_await onActor([&] { return database_->batchInsert(records); });
 }
 
 tasks::Async<void> DatabaseManager::deleteByPaths(std::vector<std::string> paths) {
   co_await onActor([&] { database_->deleteByPaths(paths); });
 }
 
-tasks::Async<FileChanges> DatabaseManager::moveRows(FileChanges changes) {
-  co_return co_await onActor([&] { return database_->moveRows(std::move(changes)); });
+tasks::Async<RowDifference> DatabaseManager::apply(FileChanges changes) {
+  co_return co_await onActor([&] { return database_->apply(std::move(changes)); });
 }
 
 tasks::Async<std::int64_t> DatabaseManager::totalFileCount() {
@@ -54,20 +54,20 @@ tasks::Async<std::vector<FileRecord>> DatabaseManager::lacking(std::vector<FileR
   co_return co_await onActor([&] { return database_->lacking(std::move(records)); });
 }
 
-tasks::Async<std::vector<FileRecord>> DatabaseManager::differing(std::vector<FileRecord> records) {
-  co_return co_await onActor([&] { return database_->differing(std::move(records)); });
-}
-
-tasks::Async<void> DatabaseManager::beginBulkLoad() {
-  co_await onActor([&] { database_->beginBulkLoad(); });
+tasks::Async<void> DatabaseManager::beginBulkLoad(std::int32_t source) {
+  co_await onActor([&] { database_->beginBulkLoad(source); });
 }
 
 tasks::Async<void> DatabaseManager::endBulkLoad() {
   co_await onActor([&] { database_->endBulkLoad(); });
 }
 
-tasks::Async<bool> DatabaseManager::isBulkLoadUnfinished() {
-  co_return co_await onActor([&] { return database_->isBulkLoadUnfinished(); });
+tasks::Async<void> DatabaseManager::breakOffBulkLoad() {
+  co_await onActor([&] { database_->breakOffBulkLoad(); });
+}
+
+tasks::Async<std::optional<std::int32_t>> DatabaseManager::unfinishedBulkLoad() {
+  co_return co_await onActor([&] { return database_->unfinishedBulkLoad(); });
 }
 
 tasks::Async<void> DatabaseManager::beginBurst() {
@@ -82,6 +82,14 @@ tasks::Async<bool> DatabaseManager::mergeStep() {
   co_return co_await onActor([&] { return database_->mergeStep(); });
 }
 
+tasks::Async<bool> DatabaseManager::isMergingDeferred() {
+  co_return co_await onActor([&] { return database_->isMergingDeferred(); });
+}
+
 void DatabaseManager::interrupt() { database_->interrupt(); }
+
+void DatabaseManager::setInterrupted(bool isInterrupted) {
+  database_->setInterrupted(isInterrupted);
+}
 
 }  // namespace zelnor

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,14 +37,13 @@ class DatabaseManager : public tasks::Actor {
 
   /// Inserts the records in one transaction; one whose path is indexed already replaces that row,
   /// under a new id.
-  tasks::Async<void> batchInsert(std::vector<FileRecord> records);
+  tasks::Async<RowDifference> batchInsert(std::vector<FileRecord> records);
   /// Deletes the rows with exactly these paths, in one transaction.
   tasks::Async<void> deleteByPaths(std::vector<std::string> paths);
-  /// Applies, in one transaction, those of the changes that belong together: a removal and a record
-  /// of another path that is the same otherwise become a new path for the row, which keeps its id.
-  /// That takes half the time of removing and inserting. Answers the other changes. No path may
+  /// Makes the rows of these paths what the changes say, in one transaction. A row that is as it
+  /// should be stays; one that is the same but for its path moves and keeps its id. No path may
   /// occur twice.
-  tasks::Async<FileChanges> moveRows(FileChanges changes);
+  tasks::Async<RowDifference> apply(FileChanges changes);
   tasks::Async<std::int64_t> totalFileCount();
 
   /// The rows of a search, read from a statement that selects id, name, path, size, mtime, kind and
@@ -60,18 +60,19 @@ class DatabaseManager : public tasks::Actor {
 
   /// The records whose path the index does not hold.
   tasks::Async<std::vector<FileRecord>> lacking(std::vector<FileRecord> records);
-  /// The records that the index does not hold as they are, whatever their ids.
-  tasks::Async<std::vector<FileRecord>> differing(std::vector<FileRecord> records);
 
   /// Prepares for filling the index from scratch: secondary indexes and merging of the full-text
   /// table wait until `endBulkLoad`. What is inserted meanwhile is searchable at once, and a
-  /// process that dies in between leaves an index that the next open puts right.
-  tasks::Async<void> beginBulkLoad();
+  /// process that dies in between leaves an index in which whoever opens it can go on. `source`,
+  /// any number but 0, tells what the index is filled from.
+  tasks::Async<void> beginBulkLoad(std::int32_t source);
   /// Makes the secondary indexes and writes the log back into the database. Merging goes on once
   /// `mergeStep` has nothing left to do.
   tasks::Async<void> endBulkLoad();
-  /// Whether a bulk load was begun, by this process or one that died, and never ended.
-  tasks::Async<bool> isBulkLoadUnfinished();
+  /// Makes the index as fast to use as after the end of a load, but leaves it unfinished.
+  tasks::Async<void> breakOffBulkLoad();
+  /// The source of a bulk load that was begun, by this process or one that died, and never ended.
+  tasks::Async<std::optional<std::int32_t>> unfinishedBulkLoad();
   /// Before and after many changes at once: merging of the full-text table and writing back the log
   /// wait, which makes writing twice as fast. Merging goes on once `mergeStep` has nothing left to
   /// do.
@@ -80,9 +81,14 @@ class DatabaseManager : public tasks::Actor {
   /// Merges a part of what deferred merging left in many pieces (well under a second); answers
   /// whether more is left. Searches are right before, and faster after.
   tasks::Async<bool> mergeStep();
+  /// Whether merging waits, since a load or a burst of this process or of an earlier one.
+  tasks::Async<bool> isMergingDeferred();
 
   /// Makes the statement that runs now, if any, fail with SQLITE_INTERRUPT. Any thread.
   void interrupt();
+  /// From now on statements fail so, those that run and those that follow; or no longer. Any
+  /// thread.
+  void setInterrupted(bool isInterrupted);
 
  private:
   std::unique_ptr<IndexDatabase> database_;

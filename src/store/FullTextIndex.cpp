@@ -44,17 +44,12 @@ void FullTextIndex::addRowsAfter(std::int64_t id) {
   addRows_.run();
 }
 
-void FullTextIndex::remove(std::vector<Row> rows) {
+void FullTextIndex::change(std::vector<Change> changes) {
   // FTS5 flushes its pending terms whenever a row id is smaller than the one before.
-  std::ranges::sort(rows, {}, &Row::id);
-  for (const auto& row : rows) run(remove_, row.id, row.name, row.path);
-}
-
-void FullTextIndex::move(std::vector<Move> moves) {
-  std::ranges::sort(moves, {}, [](const Move& move) { return move.row.id; });
-  for (const auto& [row, path] : moves) {
+  std::ranges::sort(changes, {}, [](const Change& change) { return change.row.id; });
+  for (const auto& [row, path] : changes) {
     run(remove_, row.id, row.name, row.path);
-    run(add_, row.id, row.name, path);
+    if (path) run(add_, row.id, row.name, *path);
   }
 }
 
@@ -84,12 +79,17 @@ bool FullTextIndex::mergeStep() {
   return sqlite3_total_changes64(connection_) - before >= 2;
 }
 
-void FullTextIndex::configure(const std::string& option, int value) {
-  // Options are stored in the index, so they are only written where they differ.
+bool FullTextIndex::isMergingDeferred() { return configured("automerge") == 0; }
+
+std::optional<std::int64_t> FullTextIndex::configured(const std::string& option) const {
   Statement stored(connection_, "SELECT v FROM files_fts_config WHERE k = ?");
   stored.bind(/*index=*/1, std::string_view(option));
-  if (stored.step() && stored.integer(/*column=*/0) == value) return;
-  stored.reset();
+  return stored.step() ? std::optional(stored.integer(/*column=*/0)) : std::nullopt;
+}
+
+void FullTextIndex::configure(const std::string& option, int value) {
+  // Options are stored in the index, so they are only written where they differ.
+  if (configured(option) == value) return;
   SchemaManager::exec(connection_, "INSERT INTO files_fts(files_fts, rank) VALUES('" + option +
                                        "', " + std::to_string(value) + ")");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,33 +22,37 @@ class FullTextIndex {
     std::string path;
   };
 
-  /// A row whose path changes.
-  struct Move {
-    Row row;  ///< as it was
-    std::string path;
+  /// What became of a row.
+  struct Change {
+    Row row;                          ///< as it was
+    std::optional<std::string> path;  ///< where it is now; nothing if it is gone
   };
 
   explicit FullTextIndex(sqlite3* connection);
 
   /// Adds the rows of `files` with ids above `id`.
   void addRowsAfter(std::int64_t id);
-  /// Removes the terms of rows, as they were when they were added.
-  void remove(std::vector<Row> rows);
-  void move(std::vector<Move> moves);
+  /// Takes out the terms of rows as they were when they were added, and puts in those of rows that
+  /// are elsewhere now.
+  void change(std::vector<Change> changes);
   /// Makes all anew from table `files`.
   void rebuild();
   /// Forgets everything at once.
   void clear();
 
   /// Merging keeps searches fast but takes most of the time of writing: many changes at
-  /// once put it off.
+  /// once put it off. That is stored, and holds until `resumeMerging`, also in later processes:
+  /// with many pieces left, the next ordinary write would merge them all at once.
   void deferMerging();
-  /// Back to the defaults of FTS5. Also on open, for a process that died meanwhile.
+  /// Back to the defaults of FTS5.
   void resumeMerging();
+  [[nodiscard]] bool isMergingDeferred();
   /// Merges a few pages of what was put off; answers whether more is left.
   bool mergeStep();
 
  private:
+  /// The stored value of an option; nothing if it has its default.
+  [[nodiscard]] std::optional<std::int64_t> configured(const std::string& option) const;
   void configure(const std::string& option, int value);
 
   sqlite3* connection_;

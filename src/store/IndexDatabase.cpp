@@ -4,13 +4,16 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
-#include <unordered_map>
 #include <utility>
 
 #include "platform/FileDescriptor.h"
 #include "platform/UserFolders.h"
+#include "store/ApplyChanges.h"
 #include "store/DatabaseError.h"
+#include "store/FileTable.h"
+#include "store/FullTextIndex.h"
 #include "store/SchemaManager.h"
 
 namespace zelnor {
@@ -24,13 +27,12 @@ constexpr int kCheckpointPages = 1000;
 constexpr int kBulkCheckpointPages = 16000;
 constexpr std::int64_t kReservedRows = 200;
 
-// Kept in the header field that SQLite leaves to applications, so that a process that dies during a
-// bulk load is found out by the next.
-constexpr std::int64_t kUnfinished = 1;
+// In the header field that SQLite leaves to applications stands what a bulk load is filled from, so
+// that a process that dies meanwhile is found out by the next; otherwise this.
+constexpr std::int32_t kFinished = 0;
 
-void setUnfinished(sqlite3* connection, bool unfinished) {
-  SchemaManager::exec(connection,
-                      "PRAGMA user_version=" + std::to_string(unfinished ? kUnfinished : 0));
+void setUnfinished(sqlite3* connection, std::int32_t source) {
+  SchemaManager::exec(connection, "PRAGMA user_version=" + std::to_string(source));
 }
 
 /// SQLite gives its companion files the mode of the database, which it would create readable by
@@ -52,55 +54,17 @@ ConnectionHandle connect(const std::string& path, int flags) {
       sqlite3_open_v2(path.c_str(), &connection, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
   ConnectionHandle handle(connection);
   if (code != SQLITE_OK || !handle) throw DatabaseError::openFailed(path, code);
-  sqlite3_busy_timeout(connection, kBusyTimeoutMilliseconds);
   return handle;
-}
-
-FileRecord readRecord(const Statement& row) {
-  FileRecord record;
-  record.id = row.integer(0);
-  record.name = row.text(1);
-  record.path = row.text(2);
-  record.size = row.integer(3);
-  record.mtime = row.integer(4);
-  record.kind = fileKind(row.integer(5)).value_or(FileKind::file);
-  record.inode = row.integer(6);
-  return record;
 }
 
 FullTextIndex::Row rowOf(FileRecord record) {
   return {record.id, std::move(record.name), std::move(record.path)};
 }
 
-/// Records to be stored, found by what they have in common with those of other paths.
-class Arrivals {
- public:
-  explicit Arrivals(std::span<FileRecord> records) {
-    for (auto& record : records) placeless_.emplace(withoutPlace(record), &record);
-  }
-
-  /// One that is the same as `stored` but for the path, or null.
-  [[nodiscard]] FileRecord* find(const FileRecord& stored) const {
-    const auto found = placeless_.find(withoutPlace(stored));
-    return found == placeless_.end() ? nullptr : found->second;
-  }
-  /// Leaves out the one that was found.
-  void take(const FileRecord& stored) { placeless_.erase(placeless_.find(withoutPlace(stored))); }
-
- private:
-  static FileRecord withoutPlace(FileRecord record) {
-    record.id = 0;
-    record.path.clear();
-    return record;
-  }
-
-  std::unordered_multimap<FileRecord, FileRecord*> placeless_;
-};
-
 void appendRecords(Statement& rows, std::vector<FileRecord>& records) {
   while (rows.step()) {
     if (rows.text(1).data() == nullptr || rows.text(2).data() == nullptr) continue;
-    records.push_back(readRecord(rows));
+    records.push_back(FileTable::read(rows));
   }
 }
 
@@ -138,72 +102,38 @@ class SortingInFiles {
 }  // namespace
 
 struct IndexDatabase::Writer {
-  explicit Writer(sqlite3* connection)
-      : insertStmt(connection,
-                   "INSERT OR REPLACE INTO files(name, path, size, mtime, kind, inode)\n"
-                   "VALUES (?, ?, ?, ?, ?, ?)",
-                   /*persistent=*/true),
-        deleteByPathStmt(connection, "DELETE FROM files WHERE path = ?", /*persistent=*/true),
-        deleteByInodeStmt(connection, "DELETE FROM files WHERE inode = ?", /*persistent=*/true),
-        updateByInodeStmt(connection,
-                          "UPDATE files SET name=?, path=?, size=?, mtime=? WHERE inode=?",
-                          /*persistent=*/true),
-        insertNew(connection,
-                  "INSERT OR IGNORE INTO files(name, path, size, mtime, kind, inode) "
-                  "VALUES (?, ?, ?, ?, ?, ?)",
-                  /*persistent=*/true),
-        recordOfPath(connection,
-                     "SELECT id, name, path, size, mtime, kind, inode FROM files WHERE path = ?",
-                     /*persistent=*/true),
-        updatePath(connection, "UPDATE files SET path = ? WHERE id = ?", /*persistent=*/true),
-        lastId(connection, "SELECT max(id) FROM files", /*persistent=*/true),
-        fullText(connection) {}
+  explicit Writer(sqlite3* connection) : table(connection), fullText(connection) {}
 
-  Statement insertStmt;
-  Statement deleteByPathStmt;
-  Statement deleteByInodeStmt;
-  Statement updateByInodeStmt;
-  Statement insertNew;
-  Statement recordOfPath;
-  Statement updatePath;
-  Statement lastId;
+  FileTable table;
   FullTextIndex fullText;
+  bool mayLackIndexes = false;  ///< a bulk load was begun, and its end has not made them
+};
 
-  std::int64_t largestId() {
-    lastId.reset();
-    const auto id = lastId.step() ? lastId.integer(0) : 0;
-    lastId.reset();
-    return id;
-  }
+/// What another thread may ask of the connection.
+struct IndexDatabase::Interruption {
+  std::atomic<bool> isWanted = false;
 
-  /// What is stored for this path, if it is.
-  std::optional<FileRecord> find(const std::string& path) {
-    recordOfPath.reset();
-    recordOfPath.bind(/*index=*/1, std::string_view(path));
-    std::optional<FileRecord> record;
-    if (recordOfPath.step()) record = readRecord(recordOfPath);
-    recordOfPath.reset();
-    return record;
-  }
-
-  void move(std::int64_t id, const std::string& path) {
-    updatePath.bind(/*index=*/1, std::string_view(path));
-    updatePath.bind(/*index=*/2, id);
-    updatePath.run();
-  }
-
-  static void bindRecord(Statement& statement, const FileRecord& record) {
-    statement.bind(/*index=*/1, std::string_view(record.name));
-    statement.bind(/*index=*/2, std::string_view(record.path));
-    statement.bind(/*index=*/3, record.size);
-    statement.bind(/*index=*/4, record.mtime);
-    statement.bind(/*index=*/5, static_cast<std::int64_t>(record.kind));
-    statement.bind(/*index=*/6, record.inode);
+  static int poll(void* self) { return static_cast<Interruption*>(self)->isWanted ? 1 : 0; }
+  /// SQLite's own waiting for a lock ends only when its time is over.
+  static int waitForLock(void* self, int attempts) {
+    constexpr int kPauseMilliseconds = 5;
+    if (poll(self) != 0 || attempts >= kBusyTimeoutMilliseconds / kPauseMilliseconds) return 0;
+    sqlite3_sleep(kPauseMilliseconds);
+    return 1;
   }
 };
 
 IndexDatabase::IndexDatabase(std::string path, ConnectionHandle connection)
-    : path_(std::move(path)), connection_(std::move(connection)), selects_(connection_.get()) {}
+    : path_(std::move(path)),
+      interruption_(std::make_unique<Interruption>()),
+      connection_(std::move(connection)),
+      selects_(connection_.get()) {
+  // Virtual-machine instructions between two looks: a fraction of a millisecond.
+  constexpr int kPollInterval = 10'000;
+  sqlite3_progress_handler(connection_.get(), kPollInterval, Interruption::poll,
+                           interruption_.get());
+  sqlite3_busy_handler(connection_.get(), Interruption::waitForLock, interruption_.get());
+}
 IndexDatabase::IndexDatabase(IndexDatabase&&) noexcept = default;
 IndexDatabase& IndexDatabase::operator=(IndexDatabase&&) noexcept = default;
 IndexDatabase::~IndexDatabase() = default;
@@ -226,9 +156,11 @@ IndexDatabase IndexDatabase::openForWriting(const std::string& folder) {
   // untouched.
   WriteTransaction setUp(connection);
   SchemaManager::createTables(connection);
-  SchemaManager::createIndexes(connection);
+  // Whoever goes on with an unfinished load would only drop them again.
+  const bool isLoading = database.unfinishedBulkLoad().has_value();
+  if (!isLoading) SchemaManager::createIndexes(connection);
   database.writer_ = std::make_unique<Writer>(connection);
-  database.writer_->fullText.resumeMerging();
+  database.writer_->mayLackIndexes = isLoading;
   setUp.commit();
   return database;
 }
@@ -240,59 +172,48 @@ IndexDatabase IndexDatabase::openForReading(const std::string& folder) {
   return database;
 }
 
-void IndexDatabase::batchInsert(std::span<const FileRecord> records) {
-  if (!writer_ || records.empty()) return;
+RowDifference IndexDatabase::batchInsert(std::span<const FileRecord> records) {
+  RowDifference difference;
+  if (!writer_ || records.empty()) return difference;
+  auto& table = writer_->table;
   WriteTransaction transaction(connection_.get());
-  const auto lastOldId = writer_->largestId();
-  std::vector<FullTextIndex::Row> replaced;
+  const auto lastOldId = table.largestId();
+  std::vector<FullTextIndex::Change> replaced;
   for (const auto& record : records) {
-    Writer::bindRecord(writer_->insertNew, record);
-    writer_->insertNew.run();
-    if (sqlite3_changes64(connection_.get()) != 0) continue;
-    auto old = writer_->find(record.path);
+    ++difference.inserted;
+    if (table.insertNew(record)) continue;
+    auto old = table.find(record.path);
     // A row of this very batch is not in the full-text table yet.
-    if (old && old->id <= lastOldId) replaced.push_back(rowOf(std::move(*old)));
-    Writer::bindRecord(writer_->insertStmt, record);
-    writer_->insertStmt.run();
+    if (old && old->id <= lastOldId) replaced.push_back({rowOf(std::move(*old)), std::nullopt});
+    table.insertOrReplace(record);
+    ++difference.removed;
   }
-  writer_->fullText.remove(std::move(replaced));
+  writer_->fullText.change(std::move(replaced));
   writer_->fullText.addRowsAfter(lastOldId);
   transaction.commit();
+  return difference;
 }
 
 void IndexDatabase::deleteByPaths(std::span<const std::string> paths) {
   if (!writer_ || paths.empty()) return;
   WriteTransaction transaction(connection_.get());
-  std::vector<FullTextIndex::Row> rows;
+  std::vector<FullTextIndex::Change> gone;
   for (const auto& path : paths) {
-    auto row = writer_->find(path);
+    auto row = writer_->table.find(path);
     if (!row) continue;
-    writer_->deleteByPathStmt.bind(/*index=*/1, std::string_view(path));
-    writer_->deleteByPathStmt.run();
-    rows.push_back(rowOf(std::move(*row)));
+    writer_->table.erase(path);
+    gone.push_back({rowOf(std::move(*row)), std::nullopt});
   }
-  writer_->fullText.remove(std::move(rows));
+  writer_->fullText.change(std::move(gone));
   transaction.commit();
 }
 
-FileChanges IndexDatabase::moveRows(FileChanges changes) {
-  if (!writer_ || changes.removals.empty() || changes.upserts.empty()) return changes;
-  auto arrivals = Arrivals(changes.upserts);
-  std::vector<FullTextIndex::Move> moves;
+RowDifference IndexDatabase::apply(FileChanges changes) {
+  if (!writer_) return {};
   WriteTransaction transaction(connection_.get());
-  std::erase_if(changes.removals, [&](const std::string& path) {
-    auto stored = writer_->find(path);
-    auto* const arrival = stored ? arrivals.find(*stored) : nullptr;
-    if (arrival == nullptr || writer_->find(arrival->path)) return false;
-    arrivals.take(*stored);
-    writer_->move(stored->id, arrival->path);
-    moves.push_back({rowOf(std::move(*stored)), std::exchange(arrival->path, {})});
-    return true;
-  });
-  writer_->fullText.move(std::move(moves));
+  const auto difference = applyChanges(writer_->table, writer_->fullText, std::move(changes));
   transaction.commit();
-  std::erase_if(changes.upserts, [](const FileRecord& record) { return record.path.empty(); });
-  return changes;
+  return difference;
 }
 
 std::int64_t IndexDatabase::totalFileCount() {
@@ -352,22 +273,13 @@ std::vector<FileRecord> IndexDatabase::lacking(std::vector<FileRecord> records) 
   return records;
 }
 
-std::vector<FileRecord> IndexDatabase::differing(std::vector<FileRecord> records) {
-  if (!writer_) return records;
-  std::erase_if(records, [this](const FileRecord& record) {
-    auto stored = writer_->find(record.path);
-    if (stored) stored->id = record.id;
-    return stored == record;
-  });
-  return records;
-}
-
-void IndexDatabase::beginBulkLoad() {
+void IndexDatabase::beginBulkLoad(std::int32_t source) {
   if (!writer_) return;
   sqlite3_wal_autocheckpoint(connection_.get(), kBulkCheckpointPages);
+  writer_->mayLackIndexes = true;
   WriteTransaction transaction(connection_.get());
   SchemaManager::dropIndexes(connection_.get());
-  setUnfinished(connection_.get(), true);
+  setUnfinished(connection_.get(), source);
   writer_->fullText.deferMerging();
   transaction.commit();
 }
@@ -375,17 +287,28 @@ void IndexDatabase::beginBulkLoad() {
 void IndexDatabase::endBulkLoad() {
   if (!writer_) return;
   sqlite3_wal_autocheckpoint(connection_.get(), kCheckpointPages);
-  {
-    const SortingInFiles sortingInFiles(connection_.get());
-    SchemaManager::createIndexes(connection_.get());
-  }
-  setUnfinished(connection_.get(), false);
+  makeIndexes();
+  setUnfinished(connection_.get(), kFinished);
   checkpoint();
 }
 
-bool IndexDatabase::isBulkLoadUnfinished() {
+void IndexDatabase::breakOffBulkLoad() {
+  if (!writer_) return;
+  sqlite3_wal_autocheckpoint(connection_.get(), kCheckpointPages);
+  checkpoint();  // the indexes may need the room that the log takes
+  makeIndexes();
+}
+
+void IndexDatabase::makeIndexes() {
+  const SortingInFiles sortingInFiles(connection_.get());
+  SchemaManager::createIndexes(connection_.get());
+  writer_->mayLackIndexes = false;
+}
+
+std::optional<std::int32_t> IndexDatabase::unfinishedBulkLoad() {
   Statement version(connection_.get(), "PRAGMA user_version");
-  return version.step() && version.integer(0) == kUnfinished;
+  const auto source = version.step() ? version.integer(0) : kFinished;
+  return source != kFinished ? std::optional(static_cast<std::int32_t>(source)) : std::nullopt;
 }
 
 void IndexDatabase::beginBurst() {
@@ -401,6 +324,10 @@ void IndexDatabase::endBurst() {
 
 bool IndexDatabase::mergeStep() {
   if (!writer_) return false;
+  if (writer_->mayLackIndexes) {
+    makeIndexes();
+    return true;
+  }
   if (writer_->fullText.mergeStep()) return true;
   // Not before: with so many pieces left, the next write would merge them all at once.
   writer_->fullText.resumeMerging();
@@ -408,7 +335,16 @@ bool IndexDatabase::mergeStep() {
   return false;
 }
 
+bool IndexDatabase::isMergingDeferred() { return writer_ && writer_->fullText.isMergingDeferred(); }
+
+void IndexDatabase::setInterrupted(bool isInterrupted) {
+  interruption_->isWanted = isInterrupted;
+  if (isInterrupted) interrupt();
+}
+
 void IndexDatabase::checkpoint() {
+  // It runs no instructions, so it would not be asked.
+  if (interruption_->isWanted) return;
   sqlite3_wal_checkpoint_v2(connection_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr,
                             nullptr);
 }

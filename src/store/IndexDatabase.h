@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "store/FileChanges.h"
 #include "store/FileRecord.h"
-#include "store/FullTextIndex.h"
 #include "store/SelectStatement.h"
 #include "store/Sqlite.h"
 #include "store/StatementCache.h"
@@ -32,9 +33,9 @@ class IndexDatabase {
 
   [[nodiscard]] const std::string& path() const { return path_; }
 
-  void batchInsert(std::span<const FileRecord> records);
+  RowDifference batchInsert(std::span<const FileRecord> records);
   void deleteByPaths(std::span<const std::string> paths);
-  FileChanges moveRows(FileChanges changes);
+  RowDifference apply(FileChanges changes);
   std::int64_t totalFileCount();
   std::vector<FileRecord> search(const SelectStatement& select, std::int64_t limit);
   /// Like `search`, but an error while stepping is an error.
@@ -43,27 +44,33 @@ class IndexDatabase {
   void rebuildFTS();
   void clearAll();
   std::vector<FileRecord> lacking(std::vector<FileRecord> records);
-  std::vector<FileRecord> differing(std::vector<FileRecord> records);
 
-  void beginBulkLoad();
+  void beginBulkLoad(std::int32_t source);
   void endBulkLoad();
-  bool isBulkLoadUnfinished();
+  void breakOffBulkLoad();
+  std::optional<std::int32_t> unfinishedBulkLoad();
   void beginBurst();
   void endBurst();
   bool mergeStep();
+  bool isMergingDeferred();
 
-  /// Makes the statement that runs now fail; the only operation for another thread.
+  /// Makes the statement that runs now fail. For any thread.
   void interrupt() { sqlite3_interrupt(connection_.get()); }
+  /// Whether statements fail, those that run now and those that follow. For any thread.
+  void setInterrupted(bool isInterrupted);
 
  private:
   struct Writer;
+  struct Interruption;
   IndexDatabase(std::string path, ConnectionHandle connection);
 
   /// Writes the log back and shortens its file; waits for readers no longer than the busy time-out,
   /// and does not fail if they stay.
   void checkpoint();
+  void makeIndexes();
 
   std::string path_;
+  std::unique_ptr<Interruption> interruption_;
   ConnectionHandle connection_;
   StatementCache selects_;
   /// Statements that live as long as the connection; none in a connection that reads.

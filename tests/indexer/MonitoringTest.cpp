@@ -80,24 +80,6 @@ TEST_F(MonitoringTest, ARestartCatchesUpWithoutARebuild) {
   EXPECT_FALSE(next.actor().status().value().lastIndexDate) << "no rebuild";
 }
 
-TEST_F(MonitoringTest, ARebuildThatWasKilledGoesOnAtTheNextLaunch) {
-  tree_.file("first/a");
-  tree_.file("second/b");
-  // What a process leaves that died in the middle: one root is in the index, the other is unknown
-  // to it.
-  auto& database = indexer_.actor().sharedDatabase();
-  indexer_.main().await(database.beginBulkLoad());
-  indexer_.main().await(database.batchInsert({*FileRecord::fromPath(tree_ / "first/a")}));
-  indexer_.main().await(indexer_.actor().shutDown());
-
-  auto config = test::configurationOf(tree_ / "first");
-  config.includedPaths.push_back(tree_ / "second");
-  test::Indexer next(data_.path(), /*followsChanges=*/true);
-  next.main().await(next.actor().resume(config));
-  EXPECT_EQ(test::indexed(next).size(), 2U);
-  EXPECT_FALSE(next.main().await(next.actor().sharedDatabase().isBulkLoadUnfinished()));
-}
-
 TEST_F(MonitoringTest, TheLastEventOfAPathCounts) {
   const auto there = tree_.file("there");
   const auto gone = tree_ / "gone";

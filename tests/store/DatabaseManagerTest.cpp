@@ -1,9 +1,13 @@
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <chrono>
+
 #include <gtest/gtest.h>
 
 #include "store/DatabaseManager.h"
 #include "store/IndexDatabase.h"
+#include "tasks/Task.h"
 #include "tasks/ThreadPool.h"
 #include "tests/support/MainThread.h"
 #include "tests/support/RawDatabase.h"
@@ -15,6 +19,9 @@ namespace {
 FileRecord record(const std::string& name) {
   return {.name = name, .path = "/home/" + name, .size = 7, .inode = -3};
 }
+
+constexpr auto kSecondaryIndexes =
+    "SELECT count(*) FROM sqlite_schema WHERE name LIKE 'idx_files_%'";
 
 unsigned modeOf(const std::string& path) {
   struct stat status{};
@@ -66,30 +73,47 @@ TEST_F(DatabaseManagerTest, ASearchCanBeRepeatedAndHoldsNoReadTransactionInBetwe
   EXPECT_EQ(countOf("d.txt"), 0);
 }
 
-TEST_F(DatabaseManagerTest, TellsWhatItDoesNotHoldAsItIs) {
-  main_.await(manager_.batchInsert({record("a.txt"), record("b.txt")}));
-  auto touched = record("b.txt");
-  touched.mtime = 1;
-  EXPECT_EQ(main_.await(manager_.differing({record("a.txt"), touched, record("c.txt")})),
-            (std::vector{touched, record("c.txt")}));
+TEST_F(DatabaseManagerTest, ChangesAreAppliedByWhatTheIndexHolds) {
+  main_.await(manager_.batchInsert({record("as it is"), record("grows"), record("moves"),
+                                    record("moves and grows"), record("goes"), record("stays")}));
+  const auto before = all();
+  const auto idOf = [](const std::vector<FileRecord>& rows, const std::string& path) {
+    const auto row = std::ranges::find(rows, path, &FileRecord::path);
+    return row == rows.end() ? 0 : row->id;
+  };
+  auto grown = record("grows");
+  grown.size = 8;
+  auto moved = record("moves");
+  moved.path = "/elsewhere/moves";
+  auto other = record("moves and grows");
+  other.path = "/elsewhere/moves and grows";
+  other.size = 8;
+  const auto difference = main_.await(manager_.apply(
+      {.removals = {"/home/moves", "/home/moves and grows", "/home/goes", "/nowhere"},
+       .upserts = {moved, record("as it is"), other, grown, record("new")}}));
+  EXPECT_EQ(difference, (RowDifference{.inserted = 3, .removed = 3, .moved = 1}));
+
+  auto after = all();
+  EXPECT_EQ(idOf(after, "/home/as it is"), idOf(before, "/home/as it is"));
+  EXPECT_EQ(idOf(after, moved.path), idOf(before, "/home/moves"));
+  const auto largest = std::ranges::max(before, {}, &FileRecord::id).id;
+  for (const auto& path : {grown.path, other.path}) EXPECT_GT(idOf(after, path), largest) << path;
+  for (auto& row : after) row.id = 0;
+  EXPECT_EQ(after,
+            (std::vector{moved, other, record("as it is"), grown, record("new"), record("stays")}));
+  EXPECT_EQ(raw_.matches("elsewhere"), 2);
+  EXPECT_TRUE(raw_.isSound());
 }
 
-TEST_F(DatabaseManagerTest, ARowThatMovedKeepsItsIdAndOtherChangesAreLeft) {
-  main_.await(manager_.batchInsert({record("a.txt"), record("b.txt"), record("c.txt")}));
-  const auto before = all();
-  auto moved = record("a.txt");
-  moved.path = "/elsewhere/a.txt";
-  auto grown = record("b.txt");
-  grown.path = "/elsewhere/b.txt";
-  grown.size = 8;
-  const auto others = main_.await(manager_.moveRows(
-      {.removals = {"/home/a.txt", "/home/b.txt", "/nowhere"}, .upserts = {grown, moved}}));
-  EXPECT_EQ(others.removals, (std::vector<std::string>{"/home/b.txt", "/nowhere"}));
-  EXPECT_EQ(others.upserts, std::vector{grown});
-  const auto after = all();
-  moved.id = before[0].id;
-  EXPECT_EQ(after, (std::vector{moved, before[1], before[2]}));
-  EXPECT_EQ(raw_.matches("elsewhere"), 1);
+TEST_F(DatabaseManagerTest, NobodySeesAPartOfTheChangesOfOneDelivery) {
+  main_.await(manager_.batchInsert({record("old")}));
+  raw_.exec(
+      "CREATE INDEX failing ON files(CASE name WHEN 'bad' THEN abs(-9223372036854775808) END)");
+  EXPECT_THROW(main_.await(manager_.apply(
+                   {.removals = {"/home/old"}, .upserts = {record("new"), record("bad")}})),
+               DatabaseError);
+  EXPECT_EQ(all().size(), 1U);
+  EXPECT_EQ(all()[0].name, "old");
   EXPECT_TRUE(raw_.isSound());
 }
 
@@ -141,19 +165,54 @@ TEST_F(DatabaseManagerTest, EmptyOperationsChangeNothing) {
   EXPECT_EQ(raw_.integer("PRAGMA data_version"), before);
 }
 
-TEST_F(DatabaseManagerTest, OpeningAgainKeepsTheRowsAndMendsAnUnfinishedBulkLoad) {
-  main_.await(manager_.beginBulkLoad());
+TEST_F(DatabaseManagerTest, OpeningAgainLeavesAnUnfinishedBulkLoadToWhoeverGoesOnWithIt) {
+  main_.await(manager_.beginBulkLoad(/*source=*/-7));
   main_.await(manager_.batchInsert({record("a.txt")}));
-  const auto secondaryIndexes = "SELECT count(*) FROM sqlite_schema WHERE name LIKE 'idx_files_%'";
-  const auto automerge = "SELECT v FROM files_fts_config WHERE k = 'automerge'";
-  EXPECT_EQ(raw_.integer(secondaryIndexes), 0);
-  EXPECT_EQ(raw_.integer(automerge), 0);
   // What a process that died here leaves to the next one.
   DatabaseManager again(folder_ / "data", pool_.executor());
   EXPECT_EQ(main_.await(again.totalFileCount()), 1);
-  EXPECT_EQ(raw_.integer(secondaryIndexes), 5);
-  EXPECT_EQ(raw_.integer(automerge), 4);
+  EXPECT_EQ(main_.await(again.unfinishedBulkLoad()), -7);
+  EXPECT_EQ(raw_.integer(kSecondaryIndexes), 0) << "made only to be dropped again";
+  EXPECT_TRUE(main_.await(again.isMergingDeferred())) << "the next write would merge everything";
+  main_.await(again.breakOffBulkLoad());
+  EXPECT_EQ(raw_.integer(kSecondaryIndexes), 5);
+  EXPECT_EQ(main_.await(again.unfinishedBulkLoad()), -7);
+  main_.await(again.endBulkLoad());
+  EXPECT_EQ(main_.await(again.unfinishedBulkLoad()), std::nullopt);
+  while (main_.await(again.mergeStep())) {
+  }
+  EXPECT_FALSE(main_.await(again.isMergingDeferred()));
   EXPECT_EQ(raw_.text("SELECT group_concat(version) FROM schema_version"), "1,1");
+}
+
+TEST_F(DatabaseManagerTest, MergingMakesTheSecondaryIndexesThatNobodyElseHasMade) {
+  main_.await(manager_.beginBulkLoad(/*source=*/1));
+  DatabaseManager again(folder_ / "data", pool_.executor());
+  while (main_.await(again.mergeStep())) {
+  }
+  EXPECT_EQ(raw_.integer(kSecondaryIndexes), 5);
+}
+
+TEST_F(DatabaseManagerTest, WhileItIsInterruptedNothingIsWaitedForOrDone) {
+  raw_.exec("BEGIN IMMEDIATE");
+  const auto writing =
+      tasks::Task::spawn(main_.executor(), [this](const std::stop_token&) -> tasks::Async<void> {
+        std::vector records{record("a")};
+        co_await manager_.batchInsert(std::move(records));
+      });
+  main_.runReady();
+  const auto begin = std::chrono::steady_clock::now();
+  manager_.setInterrupted(true);
+  EXPECT_THROW(main_.await(writing.wait()), DatabaseError);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+  raw_.exec("ROLLBACK");
+  std::vector<FileRecord> many;
+  for (int i = 0; i < 20'000; ++i) many.push_back(record(std::to_string(i)));
+  EXPECT_THROW(main_.await(manager_.batchInsert(many)), DatabaseError);
+  manager_.setInterrupted(false);
+  EXPECT_EQ(main_.await(manager_.totalFileCount()), 0);
+  main_.await(manager_.batchInsert({record("b")}));
+  EXPECT_TRUE(raw_.isSound());
 }
 
 TEST_F(DatabaseManagerTest, FilesAreReadableByTheirOwnerAlone) {

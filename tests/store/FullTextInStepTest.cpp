@@ -21,7 +21,7 @@ class Exercise {
       case 0:
         return clear();
       case 1:
-        return database_.beginBulkLoad();
+        return database_.beginBulkLoad(/*source=*/1);
       case 2:
         return database_.endBulkLoad();
       case 3:
@@ -97,9 +97,9 @@ class Exercise {
       expected_.insert_or_assign(path, record);
       changes.upserts.push_back(record);
     }
-    const auto others = database_.moveRows(std::move(changes));
-    database_.deleteByPaths(others.removals);
-    database_.batchInsert(others.upserts);
+    const auto before = database_.totalFileCount();
+    const auto difference = database_.apply(std::move(changes));
+    EXPECT_EQ(database_.totalFileCount() - before, difference.growth());
   }
   void clear() {
     database_.clearAll();
@@ -144,7 +144,7 @@ TEST(FullTextIndex, FindsEachBatchOfABulkLoadAtOnceAndIgnoresCase) {
   const test::TemporaryFolder folder;
   auto database = IndexDatabase::openForWriting(folder.path());
   const test::RawDatabase raw(folder / "index.sqlite");
-  database.beginBulkLoad();
+  database.beginBulkLoad(/*source=*/1);
   for (int batch = 1; batch <= 3; ++batch) {
     const std::vector<FileRecord> records{
         {.name = "Datei.TXT", .path = "/Datei" + std::to_string(batch) + ".TXT"}};
@@ -158,7 +158,7 @@ TEST(FullTextIndex, FindsEachBatchOfABulkLoadAtOnceAndIgnoresCase) {
 TEST(FullTextIndex, MergesInStepsUntilNothingIsLeft) {
   const test::TemporaryFolder folder;
   auto database = IndexDatabase::openForWriting(folder.path());
-  database.beginBulkLoad();
+  database.beginBulkLoad(/*source=*/1);
   for (int batch = 0; batch < 40; ++batch) {
     std::vector<FileRecord> records;
     for (int i = 0; i < 300; ++i) {

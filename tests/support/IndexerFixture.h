@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "indexer/FileIndexActor.h"
+#include "tasks/Task.h"
 #include "tasks/ThreadPool.h"
 #include "tests/support/MainThread.h"
 #include "tests/support/MemoryDefaultsStore.h"
@@ -17,14 +18,16 @@ namespace zelnor::test {
 /// An index actor with everything it needs, on a data folder of its own.
 class Indexer {
  public:
-  explicit Indexer(std::string dataFolder, bool followsChanges = false)
+  explicit Indexer(std::string dataFolder, bool followsChanges = false,
+                   FileIndexActor::StreamFactory createStream = platform::createChangeStream)
       : actor_({.dataFolder = std::move(dataFolder),
                 .background = pool_.executor(),
                 .main = main_.executor(),
                 .defaults = defaults_,
                 .changes =
                     followsChanges ? std::optional(platform::ChangeStreamOptions{}) : std::nullopt,
-                .log = [this](const std::string& line) { keep(line); }}) {}
+                .log = [this](const std::string& line) { keep(line); },
+                .createStream = std::move(createStream)}) {}
   Indexer(const Indexer&) = delete;
   Indexer& operator=(const Indexer&) = delete;
   ~Indexer() { main_.await(actor_.shutDown()); }
@@ -37,6 +40,13 @@ class Indexer {
   std::vector<std::string> log() {
     const std::scoped_lock lock(logMutex_);
     return log_;
+  }
+
+  /// Starts an operation that the test waits for later.
+  template <class Start>
+  tasks::Task spawn(Start start) {
+    return tasks::Task::spawn(main_.executor(),
+                              [start](const std::stop_token&) { return start(); });
   }
 
   /// Rebuilds the index from these roots and waits for it; answers the status afterwards.

@@ -11,9 +11,12 @@ namespace zelnor::test {
 /// A second look at an index, past the code under test: plain SQL on a connection of its own.
 class RawDatabase {
  public:
+  /// Waits for the locks of others.
   explicit RawDatabase(const std::string& path) {
     if (sqlite3_open(path.c_str(), &connection_) != SQLITE_OK)
       throw std::runtime_error("cannot open " + path);
+    constexpr int kPatienceMilliseconds = 5000;
+    sqlite3_busy_timeout(connection_, kPatienceMilliseconds);
   }
   RawDatabase(const RawDatabase&) = delete;
   RawDatabase& operator=(const RawDatabase&) = delete;

@@ -1,0 +1,203 @@
+#include <chrono>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/FakeStreams.h"
+#include "tests/support/IndependentWalk.h"
+#include "tests/support/IndexContents.h"
+#include "tests/support/IndexerFixture.h"
+#include "tests/support/RawDatabase.h"
+
+namespace zelnor {
+namespace {
+
+using platform::kFSEventStreamEventFlagItemCreated;
+using std::chrono::steady_clock;
+
+class ClosingTest : public testing::Test {
+ protected:
+  const test::TemporaryFolder tree_;
+  const test::TemporaryFolder data_;
+  test::FakeStreams streams_;
+  test::Indexer indexer_{data_.path(), /*followsChanges=*/true, streams_.factory()};
+  const IndexConfiguration config_ = test::configurationOf(tree_.path());
+
+  void makeFiles(int count) {
+    for (int i = 0; i < count; ++i) tree_.file(std::to_string(i % 30) + "/" + std::to_string(i));
+  }
+  void waitForFirstBatch() {
+    indexer_.main().runUntil([&] { return indexer_.actor().status().value().processedFiles > 0; });
+  }
+  /// Whatever an actor that is shut down still has to say.
+  void settle() { indexer_.main().runReady(); }
+};
+
+TEST_F(ClosingTest, WhatTheStreamDeliversAsItIsStoppedIsNotAppliedAfterwards) {
+  indexer_.main().await(indexer_.actor().startMonitoring(config_));
+  streams_.last = {
+      {.path = tree_.file("late"), .flags = kFSEventStreamEventFlagItemCreated, .identifier = 7}};
+  indexer_.main().await(indexer_.actor().shutDown());
+  EXPECT_EQ(indexer_.defaults().get<std::uint64_t>("FSEventsLastEventID"), 7U) << "was delivered";
+  for (int i = 0; i < 20; ++i) EXPECT_TRUE(test::indexed(indexer_).empty());
+}
+
+TEST_F(ClosingTest, ARebuildThatIsBrokenOffAtItsEndFollowsNothing) {
+  makeFiles(100);
+  // Somebody who reads keeps the log from being written back, which is the end of a rebuild.
+  const test::RawDatabase reader(data_ / "index.sqlite");
+  reader.exec("BEGIN");
+  ASSERT_EQ(reader.integer("SELECT count(*) FROM files"), 0);
+  const auto rebuild = indexer_.spawn([this] { return indexer_.actor().rebuildIndex(config_); });
+  waitForFirstBatch();
+  const test::RawDatabase other(data_ / "index.sqlite");
+  indexer_.main().runUntil([&] { return other.integer("PRAGMA user_version") == 0; });
+  const auto begin = steady_clock::now();
+  indexer_.main().await(indexer_.actor().shutDown());
+  EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(2));
+  indexer_.main().await(rebuild.wait());
+  settle();
+  EXPECT_TRUE(streams_.started().empty());
+  EXPECT_EQ(indexer_.actor().status().value().state, IndexStatus::State::idle());
+  EXPECT_FALSE(indexer_.actor().status().value().lastIndexDate);
+}
+
+TEST_F(ClosingTest, ALaunchIsBrokenOffWithoutARebuild) {
+  makeFiles(100);
+  const auto launch = indexer_.spawn([this] { return indexer_.actor().resume(config_); });
+  const auto closing = indexer_.spawn([this] { return indexer_.actor().shutDown(); });
+  indexer_.main().await(closing.wait());
+  indexer_.main().await(launch.wait());
+  settle();
+  EXPECT_TRUE(test::indexed(indexer_).empty());
+  EXPECT_FALSE(streams_.isRunning());
+}
+
+TEST_F(ClosingTest, NothingIsBegunAfterwards) {
+  makeFiles(10);
+  auto& actor = indexer_.actor();
+  indexer_.main().await(actor.startMonitoring(config_));
+  indexer_.main().await(actor.shutDown());
+  indexer_.main().await(actor.rebuildIndex(config_));
+  indexer_.main().await(actor.resume(config_));
+  indexer_.main().await(actor.startMonitoring(config_));
+  indexer_.main().await(actor.scheduleAutomaticRebuild("too late"));
+  indexer_.main().await(
+      actor.handleFSEvents({{tree_ / "0/0", FSEventItem::EventType::created, /*flags=*/0}}));
+  settle();
+  EXPECT_TRUE(test::indexed(indexer_).empty());
+  EXPECT_TRUE(indexer_.log().empty());
+  EXPECT_EQ(streams_.started().size(), 1U);
+}
+
+TEST_F(ClosingTest, ARebuildThatIsReplacedAfterItsLastBatchFollowsNothing) {
+  makeFiles(100);
+  const test::TemporaryFolder other;
+  other.file("only");
+  const test::RawDatabase reader(data_ / "index.sqlite");
+  reader.exec("BEGIN");
+  ASSERT_EQ(reader.integer("SELECT count(*) FROM files"), 0);
+  const auto older = indexer_.spawn([this] { return indexer_.actor().rebuildIndex(config_); });
+  waitForFirstBatch();
+  const test::RawDatabase looking(data_ / "index.sqlite");
+  indexer_.main().runUntil([&] { return looking.integer("PRAGMA user_version") == 0; });
+  const auto newer = indexer_.spawn(
+      [&] { return indexer_.actor().rebuildIndex(test::configurationOf(other.path())); });
+  indexer_.main().runReady();
+  reader.exec("COMMIT");
+  indexer_.main().await(older.wait());
+  indexer_.main().await(newer.wait());
+  EXPECT_EQ(streams_.started(), (std::vector<std::vector<std::string>>{{other.path()}}));
+  EXPECT_EQ(test::indexed(indexer_).size(), 1U);
+}
+
+TEST_F(ClosingTest, ALoadNeverMeetsTheMergingOfTheOneBefore) {
+  makeFiles(12'000);
+  for (int round = 0; round < 3; ++round) {
+    const auto older = indexer_.spawn([this] { return indexer_.actor().rebuildIndex(config_); });
+    const auto newer = indexer_.spawn([this] { return indexer_.actor().rebuildIndex(config_); });
+    indexer_.main().await(older.wait());
+    waitForFirstBatch();
+    const test::RawDatabase raw(data_ / "index.sqlite");
+    indexer_.main().runUntil([&] {
+      const bool isLoading = raw.integer("PRAGMA user_version") != 0;
+      const auto automerge = "SELECT v FROM files_fts_config WHERE k = 'automerge'";
+      EXPECT_TRUE(!isLoading || raw.integer(automerge) == 0);
+      return newer.isDone();
+    });
+    indexer_.main().await(newer.wait());
+  }
+}
+
+/// What may be under way when the program ends.
+enum class Work : std::uint8_t { launch, rebuild, merging, burst };
+
+class Quitting {
+ public:
+  explicit Quitting(unsigned seed) : random_(seed) {
+    for (int i = 0; i < 6'000; ++i) tree_.file(std::to_string(i / 500) + "/" + std::to_string(i));
+  }
+
+  void round(Work work) {
+    test::Indexer indexer(data_.path(), /*followsChanges=*/true);
+    auto& actor = indexer.actor();
+    const auto launch = indexer.spawn([&] { return actor.resume(config_); });
+    if (work != Work::launch) indexer.main().await(launch.wait());
+    tasks::Task rebuild;
+    if (work == Work::rebuild || work == Work::merging) {
+      rebuild = indexer.spawn([&] { return actor.rebuildIndex(config_); });
+    }
+    if (work == Work::merging) indexer.main().await(rebuild.wait());
+    if (work == Work::burst) renameSomething();
+    waitAMoment(indexer, work == Work::burst ? 900 : 150);
+    const auto begin = steady_clock::now();
+    indexer.main().await(actor.shutDown());
+    longest_ = std::max(longest_, steady_clock::now() - begin);
+    // The actor goes away at once; what waited for it may be told later.
+  }
+
+  [[nodiscard]] steady_clock::duration longest() const { return longest_; }
+  /// Whether the index is sound and the next launch brings it up to date.
+  void expectTheNextLaunchMendsEverything() {
+    EXPECT_TRUE(test::RawDatabase(data_ / "index.sqlite").isSound());
+    test::Indexer indexer(data_.path(), /*followsChanges=*/true);
+    indexer.main().await(indexer.actor().resume(config_));
+    const auto onDisk = test::walkIndependently(tree_.path());
+    indexer.main().runUntil([&] { return test::indexed(indexer) == onDisk; });
+  }
+
+ private:
+  void renameSomething() {
+    const auto folders = {tree_ / "0", tree_ / "1", tree_ / "2", tree_ / "3", tree_ / "4"};
+    for (const auto& folder : folders) {
+      const auto aside = folder + "-aside";
+      const bool isThere = std::filesystem::exists(folder);
+      std::filesystem::rename(isThere ? folder : aside, isThere ? aside : folder);
+    }
+  }
+  void waitAMoment(test::Indexer& indexer, unsigned most) {
+    const auto end = steady_clock::now() + std::chrono::milliseconds(random_() % most);
+    indexer.main().runUntil([&] { return steady_clock::now() >= end; });
+  }
+
+  std::mt19937 random_;
+  const test::TemporaryFolder tree_;
+  const test::TemporaryFolder data_;
+  const IndexConfiguration config_ = test::configurationOf(tree_.path());
+  steady_clock::duration longest_{};
+};
+
+TEST(QuittingTest, AtAnyMomentIsQuickAndLosesNothing) {
+  constexpr unsigned kSeed = 31;
+  std::mt19937 random(kSeed);
+  Quitting quitting(kSeed);
+  for (int i = 0; i < 100; ++i) {
+    SCOPED_TRACE("seed " + std::to_string(kSeed) + ", round " + std::to_string(i));
+    quitting.round(static_cast<Work>(random() % 4));
+    if (i % 10 == 9) quitting.expectTheNextLaunchMendsEverything();
+  }
+  EXPECT_LT(quitting.longest(), std::chrono::seconds(1));
+}
+
+}  // namespace
+}  // namespace zelnor

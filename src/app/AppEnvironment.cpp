@@ -82,7 +82,7 @@ tasks::Async<void> AppEnvironment::open() {
   index_ = co_await runOn(interactive, openIndex);
   source_.open(index_->engine());
   if (auto* indexer = index_->indexer()) {
-    indexer->status().observe([this](const IndexStatus& status) {
+    observation_ = indexer->status().observe([this](const IndexStatus& status) {
       Q_EMIT indexStatusChanged(status);
       searchViewModel_->indexChanged();
     });

@@ -64,7 +64,8 @@ class AppEnvironment final : public QObject {
   tasks::SteadyClock clock_;
   DeferredSearchSource source_;
   std::unique_ptr<IndexAccess> index_;  ///< once it is open
-  std::int64_t entries_ = 0;            ///< in the index when it was opened
+  LiveIndexStatus::Observation observation_;
+  std::int64_t entries_ = 0;  ///< in the index when it was opened
   std::unique_ptr<SearchViewModel> searchViewModel_;
   tasks::TaskGroup tasks_;
 };

@@ -107,7 +107,8 @@ void rebuild(const Options& options, const IndexLocation& location) {
   const tasks::ThreadPool pool(kIndexingThreads, platform::enterBackgroundPriority);
   RunningActor actor(loop, {location.dataFolder, pool.executor(), loop.executor(), settings});
   Progress progress;
-  actor->status().observe([&](const IndexStatus& status) { progress.show(status.processedFiles); });
+  const auto observation = actor->status().observe(
+      [&](const IndexStatus& status) { progress.show(status.processedFiles); });
   loop.await(actor->rebuildIndex(configuration));
   loop.await(actor->settled());
   progress.finish(actor->status().value().totalFiles);

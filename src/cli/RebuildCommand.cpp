@@ -30,10 +30,7 @@ std::string absoluteRoot(const std::string& folder) {
   if (!fs::is_directory(folder, error)) {
     throw Failure("--root: '" + folder + "' is no folder that can be read");
   }
-  auto root = fs::absolute(folder).lexically_normal();
-  if (!root.has_filename() && root.has_relative_path())
-    root = root.parent_path();  // "/home/" is "/home"
-  return root.string();
+  return platform::absolutePath(folder);
 }
 
 /// Exclusions are plain text, so a path is completed but not changed otherwise.

@@ -5,11 +5,9 @@
 #include <system_error>
 #include <utility>
 
-#include <asio/co_spawn.hpp>
-#include <asio/use_awaitable.hpp>
-
 #include <QEventLoop>
 
+#include "app/RunOn.h"
 #include "platform/Priority.h"
 #include "search/SearchServices.h"
 
@@ -25,17 +23,6 @@ void printLine(const std::string& line) {
   std::fflush(stdout);
 }
 
-/// Runs `work`, which the caller keeps, on `executor`; answers what it returns. Pass a named
-/// function object: GCC 12 destroys a temporary twice that owns something and is an argument in a
-/// co_await expression.
-template <class Work>
-auto runOn(tasks::Executor executor, const Work& work)
-    -> tasks::Async<std::invoke_result_t<const Work&>> {
-  using Result = std::invoke_result_t<const Work&>;
-  co_return co_await asio::co_spawn(
-      executor, [&work]() -> tasks::Async<Result> { co_return work(); }, asio::use_awaitable);
-}
-
 }  // namespace
 
 AppEnvironment::AppEnvironment(Options options)
@@ -44,11 +31,23 @@ AppEnvironment::AppEnvironment(Options options)
       background_(kBackgroundThreads, platform::enterBackgroundPriority),
       defaults_(options_.settingsFolder),
       clock_(interactive_.executor()),
+      index_(surroundings(), interactive_.executor(), clock_),
       searchViewModel_(std::make_unique<SearchViewModel>(
           SearchServices{source_, clock_, defaults_, main_.executor(), interactive_.executor()})),
       tasks_(main_.executor()) {}
 
 AppEnvironment::~AppEnvironment() = default;
+
+FileIndexActor::Surroundings AppEnvironment::surroundings() {
+  platform::ChangeStreamOptions changes;
+  changes.ownPaths = {options_.settingsFolder};
+  return {.dataFolder = options_.dataFolder,
+          .background = background_.executor(),
+          .main = main_.executor(),
+          .defaults = defaults_,
+          .changes = changes,
+          .log = printLine};
+}
 
 void AppEnvironment::start() {
   Q_EMIT noticeChanged(QStringLiteral(u"正在打开索引..."));
@@ -57,69 +56,50 @@ void AppEnvironment::start() {
 
 tasks::Async<void> AppEnvironment::run(std::stop_token stop) {
   try {
-    co_await open();
-    if (!stop.stop_requested()) co_await showCount();
-    if (!stop.stop_requested()) co_await rebuildIfNeeded();
+    co_await index_.open(stop);
+    if (stop.stop_requested()) co_return;
+    source_.open(index_.engine());
+    if (index_.indexer() == nullptr) co_await searchOnly(stop);
+    if (!stop.stop_requested()) co_await maintain(stop);
   } catch (const std::exception& error) {
     source_.fail(std::current_exception());
     if (!stop.stop_requested()) report(error);
   }
 }
 
-tasks::Async<void> AppEnvironment::open() {
-  platform::ChangeStreamOptions changes;
-  changes.ownPaths = {options_.settingsFolder};
-  const FileIndexActor::Surroundings surroundings{.dataFolder = options_.dataFolder,
-                                                  .background = background_.executor(),
-                                                  .main = main_.executor(),
-                                                  .defaults = defaults_,
-                                                  .changes = changes,
-                                                  .log = printLine};
-  const auto interactive = interactive_.executor();
-  const auto openIndex = [surroundings, interactive] {
-    return std::make_unique<IndexAccess>(surroundings, interactive);
-  };
-  index_ = co_await runOn(interactive, openIndex);
-  source_.open(index_->engine());
-  if (auto* indexer = index_->indexer()) {
-    indexer->status().observe([this](const IndexStatus& status) {
-      Q_EMIT indexStatusChanged(status);
-      searchViewModel_->indexChanged();
-    });
-    Q_EMIT noticeChanged({});
-  } else {
-    Q_EMIT noticeChanged(QStringLiteral(u"另一个进程正在维护索引，此窗口只能搜索"));
-  }
+tasks::Async<void> AppEnvironment::searchOnly(std::stop_token stop) {
+  IndexStatus status;
+  status.totalFiles = co_await index_.engine().totalIndexedCount();
+  Q_EMIT noticeChanged(QStringLiteral(u"另一个进程正在维护索引，此窗口只能搜索"));
+  Q_EMIT indexStatusChanged(status);
+  co_await index_.takeOver(std::move(stop));
 }
 
-tasks::Async<void> AppEnvironment::showCount() {
-  entries_ = co_await index_->engine().totalIndexedCount();
-  if (auto* indexer = index_->indexer()) {
-    indexer->status().update([this](IndexStatus& status) { status.totalFiles = entries_; });
-  } else {
-    IndexStatus status;
-    status.totalFiles = entries_;
+tasks::Async<void> AppEnvironment::maintain(std::stop_token stop) {
+  auto& indexer = *index_.indexer();
+  observation_ = indexer.status().observe([this](const IndexStatus& status) {
     Q_EMIT indexStatusChanged(status);
-  }
-}
+    searchViewModel_->indexChanged();
+  });
+  Q_EMIT noticeChanged({});
+  const auto entries = co_await index_.engine().totalIndexedCount();
+  indexer.status().update([entries](IndexStatus& status) { status.totalFiles = entries; });
 
-tasks::Async<void> AppEnvironment::rebuildIfNeeded() {
-  auto* indexer = index_->indexer();
-  if (indexer == nullptr) co_return;
   const auto load = [this] { return IndexConfiguration::load(defaults_, options_.homeFolder); };
   auto config = co_await runOn(interactive_.executor(), load);
+  if (stop.stop_requested()) co_return;
   if (options_.roots.empty()) {
-    co_await indexer->resume(std::move(config));
+    co_await indexer.resume(std::move(config));
   } else {
     config.includedPaths = options_.roots;
-    co_await indexer->rebuildIndex(std::move(config));
+    co_await indexer.rebuildIndex(std::move(config));
   }
 }
 
 void AppEnvironment::report(const std::exception& error) {
   std::fprintf(stderr, "zelnor: %s\n", error.what());
   const auto format =
-      index_ ? QStringLiteral(u"无法建立索引：%1") : QStringLiteral(u"无法打开索引：%1");
+      index_.isOpen() ? QStringLiteral(u"无法建立索引：%1") : QStringLiteral(u"无法打开索引：%1");
   Q_EMIT failed(format.arg(QString::fromUtf8(error.what())));
 }
 
@@ -138,18 +118,10 @@ tasks::Async<void> AppEnvironment::endEverything() {
       std::system_error(std::make_error_code(std::errc::operation_canceled))));
   const auto stopped = std::make_shared<tasks::Completion<bool>>();
   searchViewModel_->stop([stopped] { stopped->set(true); });
-  if (index_) {
-    index_->interruptSearch();
-    if (auto* indexer = index_->indexer()) co_await indexer->shutDown();
-  }
+  co_await index_.stop();
   co_await tasks_.wait();
   co_await tasks::Completion<bool>::wait(stopped);
-  // Closing a database may have to write.
-  const auto close = [this] {
-    index_.reset();
-    return true;
-  };
-  co_await runOn(interactive_.executor(), close);
+  co_await index_.close();
 }
 
 }  // namespace zelnor::app

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
+#include <stop_token>
 
 #include <QObject>
 #include <QString>
@@ -33,7 +33,9 @@ class AppEnvironment final : public QObject {
 
   [[nodiscard]] SearchViewModel& searchViewModel() { return *searchViewModel_; }
 
-  /// Opens the index and, if it is empty or other roots were asked for, fills it.
+  /// Opens the index and keeps it current; fills it if it is empty or if other roots were asked
+  /// for. As long as another process does that, the index can only be searched; when that one ends,
+  /// this one takes its place.
   void start();
 
   /// Ends whatever runs and closes the index; events are handled meanwhile. It may be cut short by
@@ -48,10 +50,11 @@ class AppEnvironment final : public QObject {
   void failed(const QString& reason);
 
  private:
+  [[nodiscard]] FileIndexActor::Surroundings surroundings();
   tasks::Async<void> run(std::stop_token stop);
-  tasks::Async<void> open();
-  tasks::Async<void> showCount();
-  tasks::Async<void> rebuildIfNeeded();
+  /// As long as another process maintains the index.
+  tasks::Async<void> searchOnly(std::stop_token stop);
+  tasks::Async<void> maintain(std::stop_token stop);
   tasks::Async<void> endEverything();
   void report(const std::exception& error);
 
@@ -63,8 +66,8 @@ class AppEnvironment final : public QObject {
   platform::FileDefaultsStore defaults_;
   tasks::SteadyClock clock_;
   DeferredSearchSource source_;
-  std::unique_ptr<IndexAccess> index_;  ///< once it is open
-  std::int64_t entries_ = 0;            ///< in the index when it was opened
+  IndexAccess index_;
+  LiveIndexStatus::Observation observation_;
   std::unique_ptr<SearchViewModel> searchViewModel_;
   tasks::TaskGroup tasks_;
 };

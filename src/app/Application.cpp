@@ -69,7 +69,9 @@ int run(int argc, char** argv) {
         stderr);
     return kNoDisplay;
   }
-  QApplication application(argc, argv);
+  // What follows the name is ours: Qt would take "-reverse" for its own, even after "--".
+  int nameAlone = 1;
+  QApplication application(nameAlone, argv);
   QApplication::setApplicationName(QStringLiteral("Zelnor"));
   QApplication::setDesktopFileName(QStringLiteral("zelnor"));
   ui::applyStyle(application);

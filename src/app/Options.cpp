@@ -1,6 +1,10 @@
 #include "app/Options.h"
 
+#include <cstdio>
 #include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <system_error>
 
 #include <CLI/CLI.hpp>
 
@@ -12,38 +16,102 @@ namespace {
 
 constexpr int kUsageError = 2;
 
-std::string absolute(const std::string& path) {
-  auto folder = std::filesystem::absolute(path).lexically_normal();
-  // Paths below a root are made by appending to it.
-  if (!folder.has_filename() && folder.has_relative_path()) folder = folder.parent_path();
-  return folder.string();
+/// A mistake on the command line, in one line for whoever made it.
+class Mistake : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+std::string existingFolder(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_directory(path, error)) {
+    throw Mistake("'" + path + "' is no folder that can be read");
+  }
+  return platform::absolutePath(path);
+}
+
+/// The folders in what is no option that the library knows.
+std::vector<std::string> foldersIn(const std::vector<std::string>& rest) {
+  std::vector<std::string> folders;
+  bool areOptionsOver = false;
+  for (const auto& word : rest) {
+    if (!areOptionsOver && word == "--") {
+      areOptionsOver = true;
+    } else if (!areOptionsOver && word.size() > 1 && word.front() == '-') {
+      throw Mistake("unknown option " + word + "; a folder that begins with '-' goes after '--'");
+    } else {
+      folders.push_back(existingFolder(word));
+    }
+  }
+  return folders;
+}
+
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_usage(const CLI::App* /*app*/, std::string /*name*/) const override {
+    return "Usage: zelnor [OPTIONS] [--] [DIR...]\n"
+           "DIR is a folder to index, instead of the configured ones.\n";
+  }
+};
+
+/// The command line while it is read.
+class CommandLine {
+ public:
+  CommandLine() {
+    parser_.formatter(std::make_shared<HelpFormatter>());
+    // As an argument of the library's a folder such as "[a,b]" would be taken for a list.
+    parser_.allow_extras();
+    parser_
+        .add_option("--index", index_,
+                    "Keep index and settings in this folder, apart from the user's own")
+        ->type_name("DIR");
+    const auto addRoot = [this](const std::string& path) { roots_.push_back(path); };
+    parser_
+        .add_option_function<std::string>("--root", addRoot,
+                                          "Index this folder, as DIR does (repeatable)")
+        ->type_name("DIR")
+        ->multi_option_policy(CLI::MultiOptionPolicy::Throw)
+        ->trigger_on_parse();
+  }
+
+  Options parse(int argc, const char* const* argv) {
+    parser_.parse(argc, argv);
+    const auto folders = platform::UserFolders::current();
+    Options options{folders.home, folders.data, folders.config, {}};
+    if (!index_.empty())
+      options.dataFolder = options.settingsFolder = platform::absolutePath(index_);
+    for (const auto& root : roots_) options.roots.push_back(existingFolder(root));
+    for (auto& folder : foldersIn(parser_.remaining())) options.roots.push_back(std::move(folder));
+    return options;
+  }
+
+  [[nodiscard]] std::string help() const { return parser_.help(); }
+
+ private:
+  CLI::App parser_{"Zelnor finds files by name.", "zelnor"};
+  std::string index_;
+  std::vector<std::string> roots_;
+};
+
+int failed(const char* mistake) {
+  std::fprintf(stderr, "zelnor: %s; see zelnor --help\n", mistake);
+  return kUsageError;
 }
 
 }  // namespace
 
 std::variant<Options, int> Options::parse(int argc, const char* const* argv) {
-  std::string index;
-  std::vector<std::string> roots;
-  CLI::App parser("Zelnor finds files by name.", "zelnor");
-  parser
-      .add_option("--index", index,
-                  "Keep index and settings in this folder, apart from the user's own")
-      ->type_name("DIR");
-  parser
-      .add_option("--root", roots, "Index this folder instead of the configured ones (repeatable)")
-      ->type_name("DIR")
-      ->check(CLI::ExistingDirectory);
+  CommandLine commandLine;
   try {
-    parser.parse(argc, argv);
+    return commandLine.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    std::fputs(commandLine.help().c_str(), stdout);
+    return 0;
   } catch (const CLI::ParseError& error) {
-    return parser.exit(error) == 0 ? 0 : kUsageError;
+    return failed(error.what());
+  } catch (const Mistake& mistake) {
+    return failed(mistake.what());
   }
-
-  const auto folders = platform::UserFolders::current();
-  Options options{folders.home, folders.data, folders.config, {}};
-  if (!index.empty()) options.dataFolder = options.settingsFolder = absolute(index);
-  for (const auto& root : roots) options.roots.push_back(absolute(root));
-  return options;
 }
 
 }  // namespace zelnor::app

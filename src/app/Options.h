@@ -14,7 +14,8 @@ struct Options {
   std::vector<std::string> roots;  ///< to be indexed in place of the configured ones
 
   /// What the command line says, on top of the user's own folders; or, if the program is to end at
-  /// once (after a request for help, or an error, which has been reported), its exit status.
+  /// once (after a request for help, or a mistake, which has been reported in one line on standard
+  /// error), its exit status.
   static std::variant<Options, int> parse(int argc, const char* const* argv);
 };
 

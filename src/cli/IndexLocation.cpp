@@ -10,7 +10,7 @@ namespace zelnor::cli {
 IndexLocation IndexLocation::find(const std::optional<std::string>& folder) {
   if (folder && folder->empty()) throw Failure("--index: give the folder of an index");
   if (folder) {
-    const auto absolute = std::filesystem::absolute(*folder).lexically_normal().string();
+    const auto absolute = platform::absolutePath(*folder);
     return {absolute, absolute, /*isUsers=*/false};
   }
   const auto folders = platform::UserFolders::current();

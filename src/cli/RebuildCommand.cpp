@@ -30,10 +30,7 @@ std::string absoluteRoot(const std::string& folder) {
   if (!fs::is_directory(folder, error)) {
     throw Failure("--root: '" + folder + "' is no folder that can be read");
   }
-  auto root = fs::absolute(folder).lexically_normal();
-  if (!root.has_filename() && root.has_relative_path())
-    root = root.parent_path();  // "/home/" is "/home"
-  return root.string();
+  return platform::absolutePath(folder);
 }
 
 /// Exclusions are plain text, so a path is completed but not changed otherwise.
@@ -107,7 +104,8 @@ void rebuild(const Options& options, const IndexLocation& location) {
   const tasks::ThreadPool pool(kIndexingThreads, platform::enterBackgroundPriority);
   RunningActor actor(loop, {location.dataFolder, pool.executor(), loop.executor(), settings});
   Progress progress;
-  actor->status().observe([&](const IndexStatus& status) { progress.show(status.processedFiles); });
+  const auto observation = actor->status().observe(
+      [&](const IndexStatus& status) { progress.show(status.processedFiles); });
   loop.await(actor->rebuildIndex(configuration));
   loop.await(actor->settled());
   progress.finish(actor->status().value().totalFiles);

@@ -7,6 +7,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "platform/StringJson.h"
+
 namespace zelnor {
 
 namespace {
@@ -16,27 +18,27 @@ using Bytes = platform::DefaultsStore::Bytes;
 
 constexpr std::string_view kDefaultsKey = "IndexConfiguration";
 
-/// Nothing if JSON cannot hold it.
-std::optional<Bytes> encode(const IndexConfiguration& configuration) try {
-  const Json json = {{"includedPaths", configuration.includedPaths},
-                     {"excludedPaths", configuration.excludedPaths},
+Bytes encode(const IndexConfiguration& configuration) {
+  const Json json = {{"includedPaths", platform::jsonFromStrings(configuration.includedPaths)},
+                     {"excludedPaths", platform::jsonFromStrings(configuration.excludedPaths)},
                      {"skipHiddenFiles", configuration.skipHiddenFiles},
                      {"skipPackageContents", configuration.skipPackageContents},
                      {"skipSymlinks", configuration.skipSymlinks}};
   const auto text = json.dump();
   const auto bytes = std::as_bytes(std::span(text));
-  return Bytes(bytes.begin(), bytes.end());
-} catch (const Json::exception&) {
-  return std::nullopt;
+  return {bytes.begin(), bytes.end()};
 }
 
 /// Nothing if a key is missing or of another type.
 std::optional<IndexConfiguration> decode(const Bytes& bytes) try {
   const auto* const text = reinterpret_cast<const char*>(bytes.data());
   const auto json = Json::parse(text, text + bytes.size());
+  auto included = platform::stringsFromJson(json.at("includedPaths"));
+  auto excluded = platform::stringsFromJson(json.at("excludedPaths"));
+  if (!included || !excluded) return std::nullopt;
   IndexConfiguration configuration;
-  json.at("includedPaths").get_to(configuration.includedPaths);
-  json.at("excludedPaths").get_to(configuration.excludedPaths);
+  configuration.includedPaths = std::move(*included);
+  configuration.excludedPaths = std::move(*excluded);
   json.at("skipHiddenFiles").get_to(configuration.skipHiddenFiles);
   json.at("skipPackageContents").get_to(configuration.skipPackageContents);
   json.at("skipSymlinks").get_to(configuration.skipSymlinks);
@@ -65,7 +67,7 @@ IndexConfiguration IndexConfiguration::load(const platform::DefaultsStore& store
 }
 
 void IndexConfiguration::save(platform::DefaultsStore& store) const {
-  if (auto bytes = encode(*this)) store.set(kDefaultsKey, std::move(*bytes));
+  store.set(kDefaultsKey, encode(*this));
 }
 
 bool IndexConfiguration::shouldExclude(std::string_view path) const {

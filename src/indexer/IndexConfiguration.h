@@ -33,8 +33,7 @@ struct IndexConfiguration {
   /// What was saved in `store`; the defaults if there is nothing or if it is not a complete
   /// configuration.
   static IndexConfiguration load(const platform::DefaultsStore& store, std::string homeFolder);
-  /// Replaces what was saved. A configuration that JSON cannot hold (a path that is not UTF-8) is
-  /// not saved.
+  /// Replaces what was saved.
   void save(platform::DefaultsStore& store) const;
 
   /// Whether an excluded path is a prefix of `path`, as plain text: "/dev" also excludes

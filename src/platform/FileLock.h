@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <stop_token>
 #include <string>
 
 #include "platform/FileDescriptor.h"
@@ -15,6 +16,11 @@ class FileLock {
   static std::optional<FileLock> tryAcquire(const std::string& path);
   /// As `tryAcquire`, but waits for other holders, who should not have it for long.
   static FileLock acquire(const std::string& path);
+  /// Waits for as long as others hold the lock; nothing if `stop` is requested before. Blocks, and
+  /// whoever requests the stop waits for this to notice, a millisecond at most. Throws as
+  /// `tryAcquire` does.
+  static std::optional<FileLock> acquireWhenFree(const std::string& path,
+                                                 const std::stop_token& stop);
 
  private:
   explicit FileLock(FileDescriptor file) : file_(std::move(file)) {}

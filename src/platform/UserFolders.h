@@ -15,6 +15,10 @@ struct UserFolders {
   static UserFolders current();
 };
 
+/// The absolute form of a path that a user gave, without "." and ".." and without a '/' at its end,
+/// because paths below a folder are made by appending to it. The disk is not asked.
+std::string absolutePath(const std::string& path);
+
 /// Creates `folder` with any missing parents, each readable by its owner alone (0700). Existing
 /// folders stay as they are. Throws std::filesystem::filesystem_error.
 void createPrivateFolder(const std::string& folder);

@@ -1,6 +1,5 @@
 #include "store/IndexDatabase.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -8,7 +7,6 @@
 #include <mutex>
 #include <utility>
 
-#include "platform/FileDescriptor.h"
 #include "platform/UserFolders.h"
 #include "store/ApplyChanges.h"
 #include "store/DatabaseError.h"
@@ -36,10 +34,12 @@ void setUnfinished(sqlite3* connection, std::int32_t source) {
 }
 
 /// SQLite gives its companion files the mode of the database, which it would create readable by
-/// everybody.
+/// everybody. The file is not opened: to close it again would drop every lock that the connections
+/// of this process have on it (https://www.sqlite.org/howtocorrupt.html, section 2.2).
 void createPrivateFile(const std::string& path) {
-  const platform::FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-  if (file) ::fchmod(file.get(), 0600);
+  constexpr mode_t kOwnersAlone = S_IRUSR | S_IWUSR;
+  ::mknod(path.c_str(), S_IFREG | kOwnersAlone, /*dev=*/0);
+  ::chmod(path.c_str(), kOwnersAlone);
 }
 
 /// SQLite counts every allocation under one lock of the process, for figures that nobody reads

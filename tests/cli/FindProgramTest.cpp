@@ -132,6 +132,17 @@ TEST_F(FindProgram, AnIndexNamedByItsFolderTouchesNothingOfTheUsers) {
   EXPECT_NE(status.find(R"("roots":[")" + tree_.path() + "\"]"), std::string::npos) << status;
 }
 
+TEST_F(FindProgram, RecordsARootWhoseNameIsNotUtf8) {
+  const auto root = tree_.folder("caf\xE9");
+  tree_.file("caf\xE9/a.png");
+  const auto index = home_ / "index";
+  EXPECT_EQ(run({"--index", index, "--rebuild", "--root", root, "-c", "*.png"}).output, "1\n");
+  const auto lines = find({"--index", index, "--status"});
+  EXPECT_NE(std::ranges::find(lines, "root:     " + root), lines.end());
+  const auto object = run({"--index", index, "--status", "--json"}).output;
+  EXPECT_NE(object.find(R"("roots":[")" + tree_ / R"(caf\udce9"])"), std::string::npos) << object;
+}
+
 TEST_F(FindProgram, PrintsMoreThanOnePage) {
   for (int i = 0; i < 250; ++i) tree_.file("file" + std::to_string(i));
   run({"--rebuild", "--root", tree_.path()});

@@ -72,7 +72,8 @@ TEST_F(FileIndexActorTest, ANewerRebuildCancelsTheOlderWhichEndsWithoutAnError) 
   other.file("only");
   bool olderEnded = false;
   std::vector<IndexStatus> seen;
-  indexer_.actor().status().observe([&](const IndexStatus& status) { seen.push_back(status); });
+  const auto observation =
+      indexer_.actor().status().observe([&](const IndexStatus& status) { seen.push_back(status); });
   const auto older =
       tasks::Task::spawn(indexer_.main().executor(), [&](std::stop_token) -> tasks::Async<void> {
         co_await indexer_.actor().rebuildIndex(test::configurationOf(tree_.path()));
@@ -93,7 +94,8 @@ TEST_F(FileIndexActorTest, TheStatusCountsBatchesAndShowsTheOldTotalMeanwhile) {
   indexer_.rebuild(test::configurationOf(tree_.path()));
   for (int i = 0; i < 25'000; ++i) tree_.file(std::to_string(i % 25) + "/" + std::to_string(i));
   std::vector<IndexStatus> seen;
-  indexer_.actor().status().observe([&](const IndexStatus& status) { seen.push_back(status); });
+  const auto observation =
+      indexer_.actor().status().observe([&](const IndexStatus& status) { seen.push_back(status); });
   indexer_.rebuild(test::configurationOf(tree_.path()));
   std::vector<std::int64_t> processed;
   for (const auto& status : seen) {

@@ -58,6 +58,8 @@ TEST(IndexConfiguration, WhatIsIncompleteOrDamagedLoadsAsTheDefaults) {
        {object(R"(["/a"])", R"(,"skipPackageContents":false)"),
         object(R"(["/a"])", R"(,"skipPackageContents":false,"skipSymlinks":1)"),
         object(R"(["/a"])", R"(,"skipPackageContents":null,"skipSymlinks":true)"),
+        object(R"([{"stringBytes":1}])", R"(,"skipPackageContents":false,"skipSymlinks":true)"),
+        object(R"({"stringBytes":"L/8="})", R"(,"skipPackageContents":false,"skipSymlinks":true)"),
         object(R"([1])", R"(,"skipPackageContents":false,"skipSymlinks":true)"),
         object(R"("/a")", R"(,"skipPackageContents":false,"skipSymlinks":true)"), std::string("[]"),
         std::string("{"), std::string()}) {
@@ -70,12 +72,17 @@ TEST(IndexConfiguration, WhatIsIncompleteOrDamagedLoadsAsTheDefaults) {
   EXPECT_EQ(IndexConfiguration::load(store, kHome), IndexConfiguration::defaults(kHome));
 }
 
-TEST(IndexConfiguration, OneThatJsonCannotHoldLeavesTheStoredOne) {
+TEST(IndexConfiguration, PathsThatAreNotUtf8AreStoredBesideThoseThatAre) {
   test::MemoryDefaultsStore store;
-  const auto stored = IndexConfiguration::defaults("/stored");
-  stored.save(store);
-  IndexConfiguration::defaults("/not UTF-8 \xff").save(store);
-  EXPECT_EQ(IndexConfiguration::load(store, kHome), stored);
+  IndexConfiguration configuration{.includedPaths = {"/\xff", "/中", "/caf\xE9/\xED\xA0\x80"},
+                                   .excludedPaths = {"/a", "/\xC0\x80"}};
+  configuration.save(store);
+  EXPECT_EQ(IndexConfiguration::load(store, kHome), configuration);
+  EXPECT_EQ(store.get<Bytes>(kKey),
+            bytesOf(R"({"includedPaths":[{"stringBytes":"L/8="},"/中",)"
+                    R"({"stringBytes":"L2NhZukv7aCA"}],)"
+                    R"("excludedPaths":["/a",{"stringBytes":"L8CA"}],"skipHiddenFiles":false,)"
+                    R"("skipPackageContents":true,"skipSymlinks":false})"));
 }
 
 TEST(IndexConfiguration, ExcludesByPlainPrefix) {

@@ -111,7 +111,7 @@ TEST_F(MonitoringTest, OnlyAnUpdateThatStoresSomethingChangesTheStatus) {
   indexer_.main().runReady();
   EXPECT_EQ(status.value().totalFiles, 1);
   bool isTold = false;  // what shows files needs to know all the same
-  status.observe([&](const IndexStatus&) { isTold = true; });
+  const auto observation = status.observe([&](const IndexStatus&) { isTold = true; });
   indexer_.main().await(indexer_.actor().handleFSEvents({{path, EventType::removed, 0}}));
   indexer_.main().runReady();
   EXPECT_EQ(status.value().totalFiles, 1);

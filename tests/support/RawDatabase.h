@@ -22,6 +22,8 @@ class RawDatabase {
   RawDatabase& operator=(const RawDatabase&) = delete;
   ~RawDatabase() { sqlite3_close_v2(connection_); }
 
+  [[nodiscard]] sqlite3* handle() const { return connection_; }
+
   void exec(const std::string& sql) const {
     if (sqlite3_exec(connection_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
       throw std::runtime_error(sql + ": " + sqlite3_errmsg(connection_));

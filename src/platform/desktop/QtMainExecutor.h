@@ -8,7 +8,7 @@ namespace zelnor::platform {
 
 /// Qt's event loop as the executor of the main thread.
 ///
-/// The work waits in a queue of ours; Qt is only sent one event to empty it. Construct it on the
+/// The work waits in a queue of ours; Qt is only woken to empty it. Construct it on the
 /// main thread once the QCoreApplication exists. It must be the last of everything that runs tasks
 /// to go: what other executors drop unfinished is unwound through this one. What still waits then
 /// is dropped.

@@ -6,9 +6,8 @@
 
 #include "platform/DefaultsStore.h"
 
-// How the values of a defaults store look in JSON: Booleans, numbers, strings and lists of strings
-// as themselves, bytes as {"base64": "…"}, and a string that JSON cannot hold, because it is not
-// UTF-8, as {"stringBytes": "…"}, in Base64 too.
+// How the values of a defaults store look in JSON: Booleans and numbers as themselves, strings and
+// lists of strings as platform/StringJson.h says, bytes as {"base64": "…"}.
 
 namespace zelnor::platform {
 

@@ -48,6 +48,12 @@ UserFolders UserFolders::current() {
           .config = config + std::string(kProgramFolder)};
 }
 
+std::string absolutePath(const std::string& path) {
+  auto absolute = std::filesystem::absolute(path).lexically_normal();
+  if (!absolute.has_filename() && absolute.has_relative_path()) absolute = absolute.parent_path();
+  return absolute.string();
+}
+
 void createPrivateFolder(const std::string& folder) {
   namespace fs = std::filesystem;
   if (fs::is_directory(folder)) return;

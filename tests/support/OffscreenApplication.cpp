@@ -20,7 +20,7 @@ class OffscreenApplication final : public testing::Environment {
 
  private:
   int argc_ = 1;
-  std::string name_ = "test_ui";
+  std::string name_ = "test";
   std::array<char*, 2> argv_{name_.data(), nullptr};
   std::unique_ptr<QApplication> application_;
 };

@@ -1,0 +1,76 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "store/DatabaseManager.h"
+#include "store/SchemaManager.h"
+#include "tasks/ThreadPool.h"
+#include "tests/support/RawDatabase.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace zelnor {
+namespace {
+
+/// Whether another process finds what SQLite locks of a database that is open, see "Locking
+/// Bytes" in its file format, locked by this one.
+bool isLockedByThisProcess(const std::string& path) {
+  const pid_t holder = getpid();
+  const pid_t other = fork();
+  if (other == 0) {
+    struct flock lock{
+        .l_type = F_WRLCK, .l_whence = SEEK_SET, .l_start = 0x40000000, .l_len = 512, .l_pid = 0};
+    const int file = open(path.c_str(), O_RDWR | O_CLOEXEC);
+    const bool isAsked = file >= 0 && fcntl(file, F_GETLK, &lock) == 0;
+    _exit(isAsked && lock.l_type == F_RDLCK && lock.l_pid == holder ? 0 : 1);
+  }
+  int status = -1;
+  waitpid(other, &status, 0);
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+TEST(Connection, OpeningTheIndexAgainLeavesTheLocksThatTheProcessHasOnIt) {
+  const test::TemporaryFolder folder;
+  const tasks::ThreadPool pool(/*threads=*/1);
+  const auto path = folder / "index.sqlite";
+  const DatabaseManager first(folder.path(), pool.executor());
+  ASSERT_TRUE(isLockedByThisProcess(path));
+  for (const auto access :
+       {DatabaseManager::Access::readWrite, DatabaseManager::Access::readOnly}) {
+    const DatabaseManager another(folder.path(), pool.executor(), access);
+    EXPECT_TRUE(isLockedByThisProcess(path));
+  }
+  EXPECT_TRUE(isLockedByThisProcess(path));
+}
+
+TEST(Connection, AnIndexThatOthersCouldReadIsItsOwnersAloneOnceItIsOpened) {
+  const test::TemporaryFolder folder;
+  const tasks::ThreadPool pool(/*threads=*/1);
+  const auto path = folder.file("index.sqlite");
+  ASSERT_EQ(chmod(path.c_str(), 0644), 0);
+  const DatabaseManager manager(folder.path(), pool.executor());
+  for (const auto& name : {path, path + "-wal", path + "-shm"}) {
+    struct stat status{};
+    ASSERT_EQ(stat(name.c_str(), &status), 0) << name;
+    EXPECT_EQ(status.st_mode & 07777U, 0600U) << name;
+  }
+}
+
+TEST(Connection, IsSetUpForOneWriterAndReadersWithLimitedMemory) {
+  const test::TemporaryFolder folder;
+  const test::RawDatabase raw(folder / "index.sqlite");
+  SchemaManager::enableWAL(raw.handle());
+  EXPECT_EQ(raw.text("PRAGMA journal_mode"), "wal");
+  EXPECT_EQ(raw.integer("PRAGMA synchronous"), 1) << "NORMAL";
+  EXPECT_EQ(raw.integer("PRAGMA mmap_size"), 134'217'728);
+  EXPECT_EQ(raw.integer("PRAGMA cache_size"), -32'768);
+  EXPECT_EQ(raw.integer("PRAGMA temp_store"), 2) << "MEMORY";
+  EXPECT_EQ(raw.integer("PRAGMA foreign_keys"), 1);
+}
+
+}  // namespace
+}  // namespace zelnor

@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::size_t kMaxEventsPerBatch = 10'000;
 constexpr std::size_t kManyPending = 5 * kMaxEventsPerBatch;
+/// Some 15 MB. To compare a tree takes less time than to look at so many single entries.
+constexpr std::size_t kMaxBeforeStart = 10 * kMaxEventsPerBatch;
 
 /// Beside the flags that are delivered: the other names of the file were reported with it.
 constexpr std::uint32_t kNamesAreReported = 0x8000'0000;
@@ -57,11 +59,17 @@ EventDelivery::EventDelivery(const ChangeStreamOptions& options, const StreamSco
       callback_(std::move(callback)),
       identifiers_(options.stateFolder, firstIdentifier(options.sinceWhen)) {}
 
-void EventDelivery::start(SerialQueue& queue, PlaceKeeper& places) {
+bool EventDelivery::start(SerialQueue& queue, PlaceKeeper& places) {
   const std::scoped_lock lock(mutex_);
   places_ = &places;
   queue_ = &queue;
   schedule();
+  return !std::exchange(isTooMuch_, false);
+}
+
+bool EventDelivery::isTooMuch() const {
+  const std::scoped_lock lock(mutex_);
+  return isTooMuch_;
 }
 
 void EventDelivery::stop() {
@@ -77,6 +85,12 @@ void EventDelivery::stop() {
 void EventDelivery::changed(std::string path, std::uint32_t flags) {
   if (!scope_.includes(path, EntryKind::unknown)) return;
   const std::scoped_lock lock(mutex_);
+  if (isTooMuch_) return;
+  if (queue_ == nullptr && pending_.size() >= kMaxBeforeStart) {
+    pending_ = {};
+    isTooMuch_ = true;
+    return;
+  }
   pending_.add(std::move(path), flags);
   schedule();
 }

@@ -192,23 +192,16 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
 }
 
 std::optional<std::uint32_t> EventDelivery::removalIfKnown(const std::string& path) {
-  const bool isUnknown = index_ && !inodeInIndex(path);
+  const bool isUnknown = index_ && !index_->inodeOf(path, stop_.get_token());
   return isUnknown ? std::nullopt : std::optional(kFSEventStreamEventFlagItemRemoved);
-}
-
-/// The inode number that the index has for `path`; nothing if it does not know the path.
-std::optional<std::uint64_t> EventDelivery::inodeInIndex(const std::string& path) {
-  const auto cursor = index_->open(stop_.get_token());
-  cursor->seek(path);
-  const auto entry = cursor->next();
-  return entry && entry->path == path ? std::optional(entry->inode) : std::nullopt;
 }
 
 /// A file that was written and then lost this name may have others.
 void EventDelivery::reportNamesOfGone(const PendingChange& change) {
   const bool wasWritten = (change.flags & kFSEventStreamEventFlagItemModified) != 0;
   if (!index_ || !wasWritten || areNamesReported(change)) return;
-  if (const auto inode = inodeInIndex(change.path)) reportOtherNames(change.path, *inode);
+  const auto inode = index_->inodeOf(change.path, stop_.get_token());
+  if (inode) reportOtherNames(change.path, *inode);
 }
 
 void EventDelivery::reportOtherNames(const std::string& path, std::uint64_t inode) {

@@ -70,7 +70,6 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   std::optional<std::uint32_t> flagsOrLoss(const PendingChange& change);
   std::optional<std::uint32_t> flagsOf(const PendingChange& change);
   std::optional<std::uint32_t> removalIfKnown(const std::string& path);
-  std::optional<std::uint64_t> inodeInIndex(const std::string& path);
   void reportNamesOfGone(const PendingChange& change);
   void reportOtherNames(const std::string& path, std::uint64_t inode);
 

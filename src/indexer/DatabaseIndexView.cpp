@@ -70,6 +70,14 @@ std::unique_ptr<platform::IndexCursor> DatabaseIndexView::open(std::stop_token s
   return std::make_unique<DatabaseCursor>(folder_);
 }
 
+std::optional<std::uint64_t> DatabaseIndexView::inodeOf(const std::string& path,
+                                                        std::stop_token stop) {
+  gate_->waitForHandedOver(stop);
+  const std::scoped_lock lock(mutex_);
+  const auto inode = reader_.inodeOf(path);
+  return inode ? std::optional(std::bit_cast<std::uint64_t>(*inode)) : std::nullopt;
+}
+
 std::vector<std::string> DatabaseIndexView::pathsWithInode(std::uint64_t inode,
                                                            std::stop_token stop) {
   gate_->waitForHandedOver(stop);

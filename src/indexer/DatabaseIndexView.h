@@ -18,6 +18,7 @@ class DatabaseIndexView final : public platform::IndexView {
   DatabaseIndexView(std::string folder, std::shared_ptr<platform::HandoverGate> gate);
 
   std::unique_ptr<platform::IndexCursor> open(std::stop_token stop) override;
+  std::optional<std::uint64_t> inodeOf(const std::string& path, std::stop_token stop) override;
   std::vector<std::string> pathsWithInode(std::uint64_t inode, std::stop_token stop) override;
   std::vector<std::string> foldersWithInode(std::uint64_t inode) override;
 

@@ -81,33 +81,62 @@ FSEventsMonitor::FSEventsMonitor(double latency, Handler handler, StreamFactory 
 
 FSEventsMonitor::~FSEventsMonitor() { stop(); }
 
+bool FSEventsMonitor::listen(const std::vector<std::string>& paths, std::uint64_t sinceWhen) {
+  const std::scoped_lock lock(lock_);
+  if (stream_) return false;
+  open(paths, sinceWhen);
+  if (stream_ && !stream_->listen()) close();
+  return stream_ != nullptr;
+}
+
 void FSEventsMonitor::start(const std::vector<std::string>& paths, std::uint64_t sinceWhen) {
   const std::scoped_lock lock(lock_);
-  if (stream_ || paths.empty()) return;
-  const CallbackContext context{
-      .handler = handler_, .onEventID = onLatestEventID, .onRescanNeeded = onRescanNeeded};
-  stream_ = createStream_(paths, sinceWhen, latency_, kCreateFlags, context);
+  if (isRunning_) return;
+  if (!stream_) open(paths, sinceWhen);
   if (!stream_) return;
-  dispatchQueue_ = std::make_unique<SerialQueue>("com.zelnor.fsevents");
-  stream_->setQueue(dispatchQueue_.get());
-  if (stream_->start()) return;
-  stream_->invalidate();
-  stream_.reset();
-  dispatchQueue_.reset();
+  isRunning_ = stream_->start();
+  if (!isRunning_) close();
 }
 
 void FSEventsMonitor::stop() {
   const std::scoped_lock lock(lock_);
   if (!stream_) return;
   stream_->stop();
-  stream_->invalidate();
-  stream_.reset();
-  dispatchQueue_.reset();
+  close();
 }
 
 bool FSEventsMonitor::isRunning() const {
   const std::scoped_lock lock(lock_);
-  return stream_ != nullptr;
+  return isRunning_;
+}
+
+void FSEventsMonitor::willList(const std::string& folder) {
+  const std::scoped_lock lock(lock_);
+  if (stream_ && !isRunning_) stream_->willList(folder);
+}
+
+void FSEventsMonitor::couldNotList(const std::string& folder) {
+  const std::scoped_lock lock(lock_);
+  if (stream_ && !isRunning_) stream_->couldNotList(folder);
+}
+
+/// With the lock held.
+void FSEventsMonitor::open(const std::vector<std::string>& paths, std::uint64_t sinceWhen) {
+  if (paths.empty()) return;
+  const CallbackContext context{
+      .handler = handler_, .onEventID = onLatestEventID, .onRescanNeeded = onRescanNeeded};
+  stream_ = createStream_(paths, sinceWhen, latency_, kCreateFlags, context);
+  if (!stream_) return;
+  dispatchQueue_ = std::make_unique<SerialQueue>("com.zelnor.fsevents");
+  stream_->setQueue(dispatchQueue_.get());
+}
+
+/// With the lock held.
+void FSEventsMonitor::close() {
+  stream_->invalidate();
+  stream_.reset();
+  dispatchQueue_.reset();
+  isRunning_ = false;
 }
 
 }  // namespace zelnor

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/ChangeStream.h"
+#include "platform/FolderVisitor.h"
 #include "platform/SerialQueue.h"
 
 namespace zelnor {
@@ -45,9 +46,9 @@ FSEventTranslation translate(std::span<const platform::ChangeEvent> events);
 
 /// Follows changes below a set of folders and hands them on as items.
 ///
-/// `start` and `stop` may be called from any thread, but not by a reaction. Reactions are called on
-/// the monitor's own serial queue, one batch at a time, with no lock held.
-class FSEventsMonitor {
+/// Operations may be called from any thread, but `start` and `stop` not by a reaction. Reactions
+/// are called on the monitor's own serial queue, one batch at a time, with no lock held.
+class FSEventsMonitor final : public platform::FolderVisitor {
  public:
   using Handler = std::function<void(std::vector<FSEventItem>)>;
   /// Creates the stream that a monitor listens to; nothing if there can be none.
@@ -59,22 +60,36 @@ class FSEventsMonitor {
   FSEventsMonitor(double latency, Handler handler, StreamFactory createStream);
   FSEventsMonitor(const FSEventsMonitor&) = delete;
   FSEventsMonitor& operator=(const FSEventsMonitor&) = delete;
-  ~FSEventsMonitor();
+  ~FSEventsMonitor() override;
 
   /// Gets the newest identifier of each batch, before the handler gets its items. Set before
-  /// `start`.
+  /// `listen` and `start`.
   std::function<void(std::uint64_t)> onLatestEventID;
-  /// Set before `start`.
+  /// Set before `listen` and `start`.
   std::function<void(const FSEventRescanRequest&)> onRescanNeeded;
 
+  /// Collects what happens below `paths`, without any reaction, while somebody walks them who tells
+  /// the monitor of each folder and calls `start` when the index holds what the walk found. Answers
+  /// whether it does; not if it runs or listens already, if there are no paths, or if no stream can
+  /// be had.
+  bool listen(const std::vector<std::string>& paths, std::uint64_t sinceWhen);
   /// Starts to follow `paths` from the event `sinceWhen`, or kFSEventStreamEventIdSinceNow. Does
-  /// nothing if it runs already or there are no paths; stays stopped if no stream can be had.
+  /// nothing if it runs already or there are no paths; stays stopped if no stream can be had. A
+  /// monitor that listens begins to report, of the paths that it listens to.
   void start(const std::vector<std::string>& paths, std::uint64_t sinceWhen);
-  /// When it returns, no reaction runs and none follows.
+  /// Ends listening too. When it returns, no reaction runs and none follows.
   void stop();
+  /// Whether it was started; one that only listens does not run.
   [[nodiscard]] bool isRunning() const;
 
+  /// The walk comes to this folder, or could not list it. No effect unless the monitor listens.
+  void willList(const std::string& folder) override;
+  void couldNotList(const std::string& folder) override;
+
  private:
+  void open(const std::vector<std::string>& paths, std::uint64_t sinceWhen);
+  void close();
+
   const double latency_;
   const Handler handler_;
   const StreamFactory createStream_;
@@ -82,6 +97,7 @@ class FSEventsMonitor {
   mutable std::mutex lock_;
   std::unique_ptr<platform::SerialQueue> dispatchQueue_;
   std::unique_ptr<platform::ChangeStream> stream_;
+  bool isRunning_ = false;
 };
 
 }  // namespace zelnor

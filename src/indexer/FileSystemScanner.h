@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "indexer/IndexConfiguration.h"
+#include "platform/FolderVisitor.h"
 #include "store/FileRecord.h"
 #include "tasks/Async.h"
 #include "tasks/BatchStream.h"
@@ -37,8 +38,12 @@ struct FileSystemScanner {
 
   /// Starts to walk `roots`, in order, on `executor`, and returns at once. The roots themselves are
   /// no records. What cannot be listed or read is passed over.
+  ///
+  /// `visitor`, if there is one, is told of the roots and of every folder that belongs in the
+  /// index, and a record says how its folder was after that.
   [[nodiscard]] Scan scan(std::vector<std::string> roots, IndexConfiguration config,
-                          ProgressCallback progressCallback, const tasks::Executor& executor) const;
+                          ProgressCallback progressCallback, const tasks::Executor& executor,
+                          std::shared_ptr<platform::FolderVisitor> visitor = nullptr) const;
 };
 
 }  // namespace zelnor

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/FolderVisitor.h"
 #include "platform/IndexView.h"
 #include "platform/ScopeFilter.h"
 #include "platform/SerialQueue.h"
@@ -95,18 +96,33 @@ struct ChangeStreamOptions {
 ///
 /// Thread-safe. Batches hold at most 10,000 events and are delivered one at a time on the queue
 /// that the stream is attached to, in order of their identifiers, without any lock held.
-class ChangeStream {
+class ChangeStream : public FolderVisitor {
  public:
   using Callback = std::function<void(std::span<const ChangeEvent>)>;
 
-  virtual ~ChangeStream() = default;
-
   /// Attaches the stream to `queue`, which must outlive it or be replaced by none first.
   virtual void setQueue(SerialQueue* queue) = 0;
-  /// Starts following. Answers whether it does. Needs a queue; a stream starts once.
+  /// Before `start`, and once: begins to follow the folders that it is told of by `willList`, and
+  /// collects what happens in them without delivering it. For those who walk the roots anyway, to
+  /// fill the index: what they do not see because it happens behind them is delivered after
+  /// `start`. Answers whether it does; if not, `start` walks itself.
+  virtual bool listen() = 0;
+  /// Starts to deliver. Answers whether it does. Needs a queue; a stream starts once.
+  ///
+  /// A stream that did not listen walks the roots first, to follow every folder. One that did takes
+  /// it that a whole walk was told to it since, and that the index holds what the walk found. If
+  /// too much has happened for it to keep, it compares the roots with the index.
   virtual bool start() = 0;
-  /// Ends delivery. When it returns no callback runs and none follows. Not to be called by a
-  /// callback.
+
+  /// Between `listen` and `start`, on any thread: a walk through the roots comes to this folder,
+  /// which is followed from now on if it is in scope.
+  void willList(const std::string& folder) override = 0;
+  /// Between `listen` and `start`, on any thread: what is in this folder is not known, and told
+  /// when it can be.
+  void couldNotList(const std::string& folder) override = 0;
+
+  /// Ends listening and delivery. When it returns no callback runs and none follows. Not to be
+  /// called by a callback.
   virtual void stop() = 0;
   /// Stops, and detaches from the queue for good.
   virtual void invalidate() = 0;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -23,6 +24,9 @@ class DefaultsStore {
 
   [[nodiscard]] virtual std::optional<Value> value(std::string_view key) const = 0;
   virtual void set(std::string_view key, Value value) = 0;
+  /// The same for a value that changes all the time and is no great loss: when the power fails it
+  /// may be gone or an older one, and no other value is. It survives the process, whatever ends it.
+  virtual void setVolatile(std::string_view key, Value value) { set(key, std::move(value)); }
   virtual void remove(std::string_view key) = 0;
 
   /// The value under `key` if it is a `T`.

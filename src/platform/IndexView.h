@@ -48,6 +48,10 @@ class IndexView {
   /// A cursor before the first entry.
   virtual std::unique_ptr<IndexCursor> open(std::stop_token stop) = 0;
 
+  /// The inode number that the index has for the entry at exactly `path`; nothing if it does not
+  /// know the path.
+  virtual std::optional<std::uint64_t> inodeOf(const std::string& path, std::stop_token stop) = 0;
+
   /// The paths of the files with this inode number (on any device): the names of one file that has
   /// several.
   virtual std::vector<std::string> pathsWithInode(std::uint64_t inode, std::stop_token stop) = 0;

@@ -17,6 +17,12 @@ std::vector<FileRecord> IndexReader::recordsFrom(std::string_view path, std::siz
        {std::string(path)}});
 }
 
+std::optional<std::int64_t> IndexReader::inodeOf(const std::string& path) {
+  const auto records = database_->allRecords(
+      {"SELECT id, name, path, size, mtime, kind, inode FROM files WHERE path = ?", {path}});
+  return records.empty() ? std::nullopt : std::optional(records.front().inode);
+}
+
 std::vector<std::string> IndexReader::pathsWithInode(FileKind kind, std::int64_t inode) {
   std::vector<std::string> paths;
   for (auto& record :

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,8 @@ class IndexReader {
   /// comes after it. No read transaction stays open, so that a long walk does not keep the
   /// write-ahead log from being reused.
   std::vector<FileRecord> recordsFrom(std::string_view path, std::size_t limit);
+  /// The inode number of the record with exactly this path; nothing if there is none.
+  std::optional<std::int64_t> inodeOf(const std::string& path);
   /// The paths of the entries of this kind with this inode number, on any device.
   std::vector<std::string> pathsWithInode(FileKind kind, std::int64_t inode);
 

@@ -29,6 +29,9 @@ class PathsView final : public IndexView, public std::enable_shared_from_this<Pa
   std::unique_ptr<IndexCursor> open(std::stop_token /*stop*/) override {
     return std::make_unique<Cursor>(shared_from_this());
   }
+  std::optional<std::uint64_t> inodeOf(const std::string& path, std::stop_token) override {
+    return paths.contains(path) ? std::optional<std::uint64_t>(0) : std::nullopt;
+  }
   std::vector<std::string> pathsWithInode(std::uint64_t /*inode*/,
                                           std::stop_token /*stop*/) override {
     return {};

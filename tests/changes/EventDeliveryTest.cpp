@@ -30,6 +30,30 @@ class Places final : public PlaceKeeper {
   std::vector<std::string> found;
 };
 
+/// Knows some files by their paths. A delivery looks up one path after the other: a cursor, which
+/// opens the index and reads ahead, is no way to do that.
+class Files final : public IndexView {
+ public:
+  std::unique_ptr<IndexCursor> open(std::stop_token /*stop*/) override {
+    ADD_FAILURE() << "a cursor was opened";
+    return nullptr;
+  }
+  std::optional<std::uint64_t> inodeOf(const std::string& path, std::stop_token) override {
+    const auto found = inodes.find(path);
+    return found == inodes.end() ? std::nullopt : std::optional(found->second);
+  }
+  std::vector<std::string> pathsWithInode(std::uint64_t inode, std::stop_token) override {
+    std::vector<std::string> paths;
+    for (const auto& [path, itsInode] : inodes) {
+      if (itsInode == inode) paths.push_back(path);
+    }
+    return paths;
+  }
+  std::vector<std::string> foldersWithInode(std::uint64_t /*inode*/) override { return {}; }
+
+  std::map<std::string, std::uint64_t> inodes;
+};
+
 class EventDeliveryTest : public testing::Test {
  protected:
   EventDeliveryTest() { delivery->start(queue, places); }
@@ -40,22 +64,32 @@ class EventDeliveryTest : public testing::Test {
     delivery->changed(root / name, seen);
     const auto last = root.file("after " + std::to_string(++markers));
     delivery->changed(last, kFSEventStreamEventFlagItemModified);
-    std::unique_lock lock(mutex);
-    EXPECT_TRUE(
-        arrived.wait_for(lock, std::chrono::seconds(20), [&] { return events.contains(last); }));
-    const auto found = events.find(root / name);
-    return found == events.end() ? std::nullopt : std::optional(found->second);
+    {
+      std::unique_lock lock(mutex);
+      EXPECT_TRUE(
+          arrived.wait_for(lock, std::chrono::seconds(20), [&] { return events.contains(last); }));
+    }
+    return delivered(name);
   }
 
   const test::TemporaryFolder root;
   const test::TemporaryFolder state;
   Places places;
+  const std::shared_ptr<Files> index = std::make_shared<Files>();
+
+  /// The flags that were delivered for `name`; none if nothing was.
+  std::optional<std::uint32_t> delivered(const std::string& name) {
+    const std::scoped_lock lock(mutex);
+    const auto found = events.find(root / name);
+    return found == events.end() ? std::nullopt : std::optional(found->second);
+  }
 
  private:
   ChangeStreamOptions options() {
     ChangeStreamOptions options;
     options.latency = std::chrono::milliseconds(1);
     options.stateFolder = state.path();
+    options.index = index;
     return options;
   }
   void collect(std::span<const ChangeEvent> batch) {
@@ -93,6 +127,16 @@ TEST_F(EventDeliveryTest, AFolderWhereAnotherThingWasSeenIsLookedInto) {
                        kFSEventStreamEventFlagItemCreated | kFSEventStreamEventFlagItemIsFile));
   EXPECT_TRUE(flagsFor("seen to leave", kFSEventStreamEventFlagItemRemoved));
   EXPECT_THAT(places.found, ElementsAre(root / "seen as file", root / "seen to leave"));
+}
+
+TEST_F(EventDeliveryTest, AFileThatWasWrittenAndLostItsNameIsReportedUnderItsOtherNames) {
+  index->inodes = {{root / "gone", 7}, {root / "other", 7}, {root / "another file", 8}};
+  for (const auto* name : {"other", "another file"}) root.file(name);
+  EXPECT_EQ(flagsFor("gone", kFSEventStreamEventFlagItemModified),
+            kFSEventStreamEventFlagItemRemoved);
+  EXPECT_TRUE(flagsFor("never known", kFSEventStreamEventFlagItemModified));
+  EXPECT_TRUE(delivered("other"));
+  EXPECT_FALSE(delivered("another file"));
 }
 
 TEST_F(EventDeliveryTest, WhatCannotBeFoundOrLookedAtJustNowIsNotRemoved) {

@@ -62,6 +62,9 @@ class FakeStream final : public ChangeStream {
  public:
   FakeStream(Callback callback, bool starts) : callback_(std::move(callback)), starts_(starts) {}
   void setQueue(SerialQueue* queue) override { queue_ = queue; }
+  bool listen() override { return starts_; }
+  void willList(const std::string& /*folder*/) override {}
+  void couldNotList(const std::string& /*folder*/) override {}
   bool start() override {
     if (starts_)
       queue_->post([report = callback_] { report(std::vector<ChangeEvent>{{"/a", kCreated, 5}}); });

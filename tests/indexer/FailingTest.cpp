@@ -90,10 +90,10 @@ TEST_F(FailingTest, MergingThatFailedGoesOnWithTheNextChange) {
   makeFiles(24'000);  // fewer would leave nothing worth merging
   auto indexer = launch();
   const test::RawDatabase raw(database());
-  streams_.onCreate = [&] { raw.exec("BEGIN IMMEDIATE"); };  // before merging begins
+  streams_.onStart = [&] { raw.exec("BEGIN IMMEDIATE"); };  // before merging begins
   indexer->rebuild(config_);
   indexer->main().await(indexer->actor().shutDown());
-  streams_.onCreate = [] {};
+  streams_.onStart = [] {};
   raw.exec("ROLLBACK");
   ASSERT_EQ(raw.integer(kAutomerge), 0);
   indexer = launch();

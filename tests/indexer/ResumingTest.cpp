@@ -72,7 +72,7 @@ TEST_F(ResumingTest, MergingThatQuittingBrokeOffGoesOnInSteps) {
   {
     test::Indexer indexer(data_.path(), /*followsChanges=*/true, streams.factory());
     const auto locking = raw();
-    streams.onCreate = [&] { locking.exec("BEGIN IMMEDIATE"); };  // before merging begins
+    streams.onStart = [&] { locking.exec("BEGIN IMMEDIATE"); };  // before merging begins
     indexer.rebuild(config);
     indexer.main().await(indexer.actor().shutDown());
   }

@@ -1,5 +1,8 @@
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <filesystem>
 #include <iterator>
@@ -15,6 +18,16 @@
 #include "tests/support/ResourceLimit.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Unprivileged.h"
+
+namespace {
+std::atomic<int> flushes = 0;
+}  // namespace
+
+/// Instead of the C library's, to be counted.
+extern "C" int fsync(int file) {
+  ++flushes;
+  return static_cast<int>(::syscall(SYS_fsync, file));
+}
 
 namespace zelnor::platform {
 namespace {
@@ -91,6 +104,9 @@ TEST_F(FileDefaultsStoreTest, AFailedWriteChangesNothing) {
     EXPECT_EQ(store.get<std::string>("a"), "old");
     EXPECT_EQ(contentOf(own / "settings.json"), before);
     EXPECT_FALSE(fs::exists(own / "settings.json.new"));
+    store.setVolatile("a", std::string("new"));
+    EXPECT_EQ(store.get<std::string>("a"), "old");
+    EXPECT_EQ(contentOf(own / "settings.json"), before);
   };
   {
     std::signal(SIGXFSZ, SIG_IGN);  // so that a full disk can be had
@@ -126,6 +142,47 @@ TEST_F(FileDefaultsStoreTest, StoresOnOneFileKeepEachOthersValues) {
   one.set("a", std::uint64_t{3});
   EXPECT_EQ(other.get<std::uint64_t>("a"), 3);
   EXPECT_EQ(one.get<std::uint64_t>("b"), 2);
+}
+
+TEST_F(FileDefaultsStoreTest, AVolatileValueIsSharedLikeOthersWithoutWaitingForTheDisk) {
+  FileDefaultsStore store(folder_);
+  const FileDefaultsStore other(folder_);
+  const auto expect = [&](std::optional<std::uint64_t> number) {
+    EXPECT_EQ(store.get<std::uint64_t>("n"), number);
+    EXPECT_EQ(other.get<std::uint64_t>("n"), number);
+  };
+  flushes = 0;
+  for (std::uint64_t n = 1; n < 4; ++n) {
+    store.setVolatile("n", n);
+    expect(n);
+  }
+  EXPECT_EQ(flushes, 0);
+  // Whichever was set last counts, and nothing older shows behind it.
+  store.set("n", std::uint64_t{4});
+  EXPECT_GT(flushes, 0);
+  expect(4);
+  store.setVolatile("n", std::uint64_t{5});
+  expect(5);
+  fs::remove(folder_ + "/state.json");
+  expect(std::nullopt);
+  store.setVolatile("n", std::uint64_t{6});
+  store.remove("n");
+  expect(std::nullopt);
+}
+
+TEST_F(FileDefaultsStoreTest, WhatAPowerFailureLeavesOfVolatileValuesIsOverwrittenAndCostsNoOther) {
+  FileDefaultsStore store(folder_);
+  store.set("a", true);
+  for (const auto& left : {std::string(), std::string(64, '\0'), std::string("{\"n\": 1")}) {
+    temporary_.file("config/Zelnor/state.json", left);
+    EXPECT_FALSE(store.value("n"));
+    EXPECT_EQ(store.get<bool>("a"), true);
+    store.setVolatile("n", std::uint64_t{2});
+    EXPECT_EQ(store.get<std::uint64_t>("n"), 2);
+  }
+  for (const auto& entry : fs::directory_iterator(folder_)) {
+    EXPECT_THAT(entry.path().string(), testing::Not(testing::HasSubstr("damaged")));
+  }
 }
 
 TEST_F(FileDefaultsStoreTest, NoChangeIsLostWhenManyWriteAtOnce) {
@@ -172,6 +229,7 @@ TEST_F(FileDefaultsStoreTest, FilesBelongToTheirOwnerAndEqualValuesAreNotWritten
   store.remove("a");
   EXPECT_FALSE(fs::exists(temporary_ / "config"));
   store.set("a", true);
+  store.setVolatile("b", true);
   EXPECT_EQ(status(folder_).st_mode & 07777U, 0700U);
   for (const auto& entry : fs::directory_iterator(folder_)) {
     EXPECT_EQ(status(entry.path().string()).st_mode & 07777U, 0600U) << entry.path();

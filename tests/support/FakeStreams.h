@@ -23,21 +23,18 @@ class FakeStreams {
   Events last;
   /// No stream can be had.
   bool fails = false;
-  /// Called on the actor before a stream is made.
-  std::function<void()> onCreate = [] {};
+  /// Called on the actor before a stream starts.
+  std::function<void()> onStart = [] {};
 
   FileIndexActor::StreamFactory factory() {
     return [this](platform::ChangeStreamOptions options, platform::ChangeStream::Callback callback)
                -> std::unique_ptr<platform::ChangeStream> {
-      onCreate();
       if (fails) throw std::runtime_error("no stream");
-      const std::scoped_lock lock(mutex_);
-      started_.push_back(std::move(options.roots));
-      return std::make_unique<Stream>(*this, std::move(callback));
+      return std::make_unique<Stream>(*this, std::move(options.roots), std::move(callback));
     };
   }
 
-  /// The roots of each stream that was created, in order.
+  /// The roots of each stream that was started, in order.
   std::vector<std::vector<std::string>> started() {
     const std::scoped_lock lock(mutex_);
     return started_;
@@ -67,15 +64,20 @@ class FakeStreams {
 
  private:
   struct Stream final : platform::ChangeStream {
-    Stream(FakeStreams& itsOwner, Callback itsCallback)
-        : owner(itsOwner), callback(std::move(itsCallback)) {}
+    Stream(FakeStreams& itsOwner, std::vector<std::string> itsRoots, Callback itsCallback)
+        : owner(itsOwner), roots(std::move(itsRoots)), callback(std::move(itsCallback)) {}
     Stream(const Stream&) = delete;
     Stream& operator=(const Stream&) = delete;
     ~Stream() override { stop(); }
 
     void setQueue(platform::SerialQueue* itsQueue) override { queue = itsQueue; }
+    bool listen() override { return true; }
+    void willList(const std::string& /*folder*/) override {}
+    void couldNotList(const std::string& /*folder*/) override {}
     bool start() override {
+      owner.onStart();
       const std::scoped_lock lock(owner.mutex_);
+      owner.started_.push_back(roots);
       owner.running_ = this;
       return true;
     }
@@ -90,6 +92,7 @@ class FakeStreams {
     void invalidate() override { stop(); }
 
     FakeStreams& owner;
+    const std::vector<std::string> roots;
     const Callback callback;
     platform::SerialQueue* queue = nullptr;
   };

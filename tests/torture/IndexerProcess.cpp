@@ -38,14 +38,20 @@ class WatchedDefaults final : public platform::DefaultsStore {
     return store_.value(key);
   }
   void set(std::string_view key, Value value) override {
-    // Set by one thread, which delivers events.
-    if (key == kIdentifierKey) advance(std::get<std::uint64_t>(value));
+    check(key, value);
     store_.set(key, std::move(value));
+  }
+  void setVolatile(std::string_view key, Value value) override {
+    check(key, value);
+    store_.setVolatile(key, std::move(value));
   }
   void remove(std::string_view key) override { store_.remove(key); }
 
  private:
-  void advance(std::uint64_t identifier) {
+  void check(std::string_view key, const Value& value) {
+    if (key != kIdentifierKey) return;
+    // Set by one thread, which delivers events.
+    const auto identifier = std::get<std::uint64_t>(value);
     if (identifier <= newestIdentifier_) {
       std::fprintf(stderr, "indexer: event identifier %lu after %lu\n", identifier,
                    newestIdentifier_);

@@ -26,14 +26,14 @@ void writeAll(const FileDescriptor& file, std::string_view content, const std::s
   }
 }
 
-void writeNew(const std::string& path, std::string_view content) {
+void writeNew(const std::string& path, std::string_view content, Flushing flushing) {
   ::unlink(path.c_str());  // left over by a process that died
   const FileDescriptor file(
       ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
   check(static_cast<bool>(file), path);
   writeAll(file, content, path);
   // The content must be on disk before the name is, see rename(2) and fsync(2).
-  check(::fsync(file.get()) == 0, path);
+  check(flushing == Flushing::later || ::fsync(file.get()) == 0, path);
 }
 
 /// Makes a rename in the folder of `path` last. It has happened either way, so errors are of no
@@ -47,16 +47,16 @@ void syncFolder(const std::string& path) {
 
 }  // namespace
 
-void replaceFile(const std::string& path, std::string_view content) {
+void replaceFile(const std::string& path, std::string_view content, Flushing flushing) {
   const auto replacement = path + ".new";
   try {
-    writeNew(replacement, content);
+    writeNew(replacement, content, flushing);
     check(std::rename(replacement.c_str(), path.c_str()) == 0, path);
   } catch (...) {
     ::unlink(replacement.c_str());
     throw;
   }
-  syncFolder(path);
+  if (flushing == Flushing::now) syncFolder(path);
 }
 
 std::optional<std::string> readFile(const std::string& path) {

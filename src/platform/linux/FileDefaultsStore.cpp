@@ -21,6 +21,7 @@ namespace zelnor::platform {
 namespace {
 
 using Json = nlohmann::ordered_json;
+using Value = DefaultsStore::Value;
 
 constexpr int kIndent = 2;  // people read this file too
 
@@ -76,79 +77,113 @@ Content readContent(const std::string& path) {
   return content;
 }
 
-}  // namespace
-
-struct FileDefaultsStore::State {
-  explicit State(std::string itsFolder) : folder(std::move(itsFolder)) {}
+/// The values in one file.
+class ValuesFile {
+ public:
+  ValuesFile(std::string folder, const char* name, Flushing flushing)
+      : folder_(std::move(folder)), path_(folder_ + name), flushing_(flushing) {}
 
   std::optional<Value> value(std::string_view key) {
-    const std::scoped_lock lock(mutex);
+    const std::scoped_lock lock(mutex_);
     refresh();
-    const auto found = content.values.find(key);
-    return found == content.values.end() ? std::nullopt : valueFromJson(*found);
+    const auto found = content_.values.find(key);
+    return found == content_.values.end() ? std::nullopt : valueFromJson(*found);
   }
 
-  /// Applies `edit` to the values. If they cannot be written, nothing changes.
-  template <class Edit>
-  void change(Edit edit) {
-    const std::scoped_lock lock(mutex);
-    try {
-      refresh();
-      if (edited(edit) == content.values) return;
-      createPrivateFolder(folder);
-      const auto untilWritten = FileLock::acquire(path + ".lock");
-      refresh();
-      write(edited(edit));
-      refresh();
-    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): it was all or nothing
-      // A full disk, no permission, a key that is not UTF-8: the file is as it was.
-    }
+  bool set(std::string_view key, const Value& value) {
+    return change([&](Json& values) { values[std::string(key)] = toJson(value); });
+  }
+  bool remove(std::string_view key) {
+    return change([&](Json& values) { values.erase(std::string(key)); });
   }
 
  private:
+  /// Applies `edit` to the values. If they cannot be written, nothing changes. Answers whether the
+  /// file holds them.
+  template <class Edit>
+  bool change(Edit edit) {
+    const std::scoped_lock lock(mutex_);
+    try {
+      refresh();
+      if (edited(edit) == content_.values) return true;
+      createPrivateFolder(folder_);
+      const auto untilWritten = FileLock::acquire(path_ + ".lock");
+      refresh();
+      const bool isWritten = write(edited(edit));
+      refresh();
+      return isWritten;
+    } catch (const std::exception&) {
+      // A full disk, no permission, a key that is not UTF-8: the file is as it was.
+      return false;
+    }
+  }
+
   void refresh() {
     struct stat status{};
-    const bool isThere = ::stat(path.c_str(), &status) == 0;
-    const bool isUnchanged = isThere ? content.file && versionFrom(status) == content.version
-                                     : content.state == Content::State::missing;
-    if (!isUnchanged) content = readContent(path);
+    const bool isThere = ::stat(path_.c_str(), &status) == 0;
+    const bool isUnchanged = isThere ? content_.file && versionFrom(status) == content_.version
+                                     : content_.state == Content::State::missing;
+    if (!isUnchanged) content_ = readContent(path_);
   }
 
   template <class Edit>
   Json edited(Edit edit) const {
-    auto values = content.values;
+    auto values = content_.values;
     edit(values);
     return values;
   }
 
-  void write(const Json& values) const {
+  [[nodiscard]] bool write(const Json& values) const {
     const auto text = values.dump(kIndent) + "\n";
     // What cannot be read is not ours to replace.
-    if (content.state == Content::State::unreadable) return;
-    if (content.state == Content::State::damaged) setAside(path);
-    replaceFile(path, text);
+    if (content_.state == Content::State::unreadable) return false;
+    // What was not flushed may well be damaged.
+    const bool isOddlyDamaged =
+        content_.state == Content::State::damaged && flushing_ == Flushing::now;
+    if (isOddlyDamaged) setAside(path_);
+    replaceFile(path_, text, flushing_);
+    return true;
   }
 
-  const std::string folder;
-  const std::string path = folder + "/settings.json";
-  std::mutex mutex;
-  Content content;
+  const std::string folder_;
+  const std::string path_;
+  const Flushing flushing_;
+  std::mutex mutex_;
+  Content content_;
 };
 
-FileDefaultsStore::FileDefaultsStore(std::string folder)
-    : state_(std::make_unique<State>(std::move(folder))) {}
+}  // namespace
+
+/// A key is in one of the files; while it goes from one to the other the volatile value counts.
+struct FileDefaultsStore::State {
+  explicit State(const std::string& folder)
+      : settings(folder, "/settings.json", Flushing::now),
+        volatiles(folder, "/state.json", Flushing::later) {}
+
+  ValuesFile settings;
+  ValuesFile volatiles;
+};
+
+FileDefaultsStore::FileDefaultsStore(const std::string& folder)
+    : state_(std::make_unique<State>(folder)) {}
 FileDefaultsStore::~FileDefaultsStore() = default;
 
 std::optional<DefaultsStore::Value> FileDefaultsStore::value(std::string_view key) const {
-  return state_->value(key);
+  auto value = state_->volatiles.value(key);
+  return value ? value : state_->settings.value(key);
 }
 
 void FileDefaultsStore::set(std::string_view key, Value value) {
-  state_->change([&](Json& values) { values[std::string(key)] = toJson(value); });
+  if (state_->settings.set(key, value)) state_->volatiles.remove(key);
+}
+
+void FileDefaultsStore::setVolatile(std::string_view key, Value value) {
+  if (state_->volatiles.set(key, value)) state_->settings.remove(key);
 }
 
 void FileDefaultsStore::remove(std::string_view key) {
-  state_->change([&](Json& values) { values.erase(std::string(key)); });
+  state_->settings.remove(key);
+  state_->volatiles.remove(key);
 }
 
 }  // namespace zelnor::platform

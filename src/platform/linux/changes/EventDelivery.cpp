@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::size_t kMaxEventsPerBatch = 10'000;
 constexpr std::size_t kManyPending = 5 * kMaxEventsPerBatch;
+/// Some 15 MB. To compare a tree takes less time than to look at so many single entries.
+constexpr std::size_t kMaxBeforeStart = 10 * kMaxEventsPerBatch;
 
 /// Beside the flags that are delivered: the other names of the file were reported with it.
 constexpr std::uint32_t kNamesAreReported = 0x8000'0000;
@@ -57,11 +59,17 @@ EventDelivery::EventDelivery(const ChangeStreamOptions& options, const StreamSco
       callback_(std::move(callback)),
       identifiers_(options.stateFolder, firstIdentifier(options.sinceWhen)) {}
 
-void EventDelivery::start(SerialQueue& queue, PlaceKeeper& places) {
+bool EventDelivery::start(SerialQueue& queue, PlaceKeeper& places) {
   const std::scoped_lock lock(mutex_);
   places_ = &places;
   queue_ = &queue;
   schedule();
+  return !std::exchange(isTooMuch_, false);
+}
+
+bool EventDelivery::isTooMuch() const {
+  const std::scoped_lock lock(mutex_);
+  return isTooMuch_;
 }
 
 void EventDelivery::stop() {
@@ -77,6 +85,12 @@ void EventDelivery::stop() {
 void EventDelivery::changed(std::string path, std::uint32_t flags) {
   if (!scope_.includes(path, EntryKind::unknown)) return;
   const std::scoped_lock lock(mutex_);
+  if (isTooMuch_) return;
+  if (queue_ == nullptr && pending_.size() >= kMaxBeforeStart) {
+    pending_ = {};
+    isTooMuch_ = true;
+    return;
+  }
   pending_.add(std::move(path), flags);
   schedule();
 }
@@ -178,23 +192,16 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
 }
 
 std::optional<std::uint32_t> EventDelivery::removalIfKnown(const std::string& path) {
-  const bool isUnknown = index_ && !inodeInIndex(path);
+  const bool isUnknown = index_ && !index_->inodeOf(path, stop_.get_token());
   return isUnknown ? std::nullopt : std::optional(kFSEventStreamEventFlagItemRemoved);
-}
-
-/// The inode number that the index has for `path`; nothing if it does not know the path.
-std::optional<std::uint64_t> EventDelivery::inodeInIndex(const std::string& path) {
-  const auto cursor = index_->open(stop_.get_token());
-  cursor->seek(path);
-  const auto entry = cursor->next();
-  return entry && entry->path == path ? std::optional(entry->inode) : std::nullopt;
 }
 
 /// A file that was written and then lost this name may have others.
 void EventDelivery::reportNamesOfGone(const PendingChange& change) {
   const bool wasWritten = (change.flags & kFSEventStreamEventFlagItemModified) != 0;
   if (!index_ || !wasWritten || areNamesReported(change)) return;
-  if (const auto inode = inodeInIndex(change.path)) reportOtherNames(change.path, *inode);
+  const auto inode = index_->inodeOf(change.path, stop_.get_token());
+  if (inode) reportOtherNames(change.path, *inode);
 }
 
 void EventDelivery::reportOtherNames(const std::string& path, std::uint64_t inode) {

@@ -44,8 +44,11 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   EventDelivery(const ChangeStreamOptions& options, const StreamScope& scope,
                 ChangeStream::Callback callback);
 
-  /// Begins to deliver on `queue`. `places` is used until `stop`.
-  void start(SerialQueue& queue, PlaceKeeper& places);
+  /// Begins to deliver on `queue`, first what changed before. `places` is used until `stop`.
+  /// Answers whether that is all that changed before.
+  bool start(SerialQueue& queue, PlaceKeeper& places);
+  /// Whether so much changed before `start` that it was dropped, and all that follows until then.
+  [[nodiscard]] bool isTooMuch() const;
   /// When it returns no callback runs and none follows.
   void stop();
 
@@ -67,7 +70,6 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   std::optional<std::uint32_t> flagsOrLoss(const PendingChange& change);
   std::optional<std::uint32_t> flagsOf(const PendingChange& change);
   std::optional<std::uint32_t> removalIfKnown(const std::string& path);
-  std::optional<std::uint64_t> inodeInIndex(const std::string& path);
   void reportNamesOfGone(const PendingChange& change);
   void reportOtherNames(const std::string& path, std::uint64_t inode);
 
@@ -79,11 +81,12 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   EventIdentifiers identifiers_;  ///< used on the queue
   PlaceKeeper* places_ = nullptr;
 
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::condition_variable_any hasRoom_;
   SerialQueue* queue_ = nullptr;
   EventCoalescer pending_;
   std::vector<PendingChange> announcements_;
+  bool isTooMuch_ = false;
   bool isScheduled_ = false;
   TimePoint lastDelivery_;
   std::stop_source stop_;

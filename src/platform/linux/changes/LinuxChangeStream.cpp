@@ -59,16 +59,33 @@ void LinuxChangeStream::setQueue(SerialQueue* queue) {
   queue_ = queue;
 }
 
+bool LinuxChangeStream::listen() {
+  const std::scoped_lock lock(lifecycle_);
+  if (listener_.joinable() || stop_.stop_requested() || !wakeUp_) return false;
+  beginListening();
+  return true;
+}
+
 bool LinuxChangeStream::start() {
   const std::scoped_lock lock(lifecycle_);
-  if (queue_ == nullptr || isStarted_ || !wakeUp_) return false;
+  if (queue_ == nullptr || isStarted_ || stop_.stop_requested() || !wakeUp_) return false;
+  const bool wasTold = listener_.joinable();
+  if (!wasTold) beginListening();
   isStarted_ = true;
-  guard_.look();  // what is news later is what differs from now
-  delivery_->start(*queue_, *this);
-  startSurveyors();
-  listener_ = std::thread([this] { listen(); });
-  background_->post([this] { lookAtRoots(); });
+  if (!delivery_->start(*queue_, *this)) {
+    prompt_->forget();
+    changesLost();
+  }
+  prompt_->release();
+  background_->release();
+  background_->post([this, wasTold] { beginFollowing(wasTold); });
   return true;
+}
+
+void LinuxChangeStream::beginListening() {
+  guard_.look();  // what is news later is what differs from now
+  startSurveyors();
+  listener_ = std::thread([this] { collectChanges(); });
 }
 
 void LinuxChangeStream::startSurveyors() {
@@ -76,6 +93,7 @@ void LinuxChangeStream::startSurveyors() {
                               .followers = followers_,
                               .delivery = *delivery_,
                               .index = options_.index,
+                              .folders = *this,
                               .host = *this};
   prompt_ = std::make_unique<Surveyor>(parts, "zelnor-survey", SerialQueue::Priority::utility);
   background_ =
@@ -100,8 +118,11 @@ void LinuxChangeStream::invalidate() {
   setQueue(nullptr);
 }
 
-void LinuxChangeStream::lookAtRoots() {
-  for (const auto& root : scope_.roots()) background_->surveyFirst(root);
+/// `wasTold` of every folder already.
+void LinuxChangeStream::beginFollowing(bool wasTold) {
+  if (!wasTold) {
+    for (const auto& root : scope_.roots()) background_->surveyFirst(root);
+  }
   if (stop_.stop_requested()) return;
   logFollowing();
   surveysDone();
@@ -113,7 +134,7 @@ void LinuxChangeStream::logFollowing() {
                " folders live, sweeping " + std::to_string(followers_.swept().size()) + ".");
 }
 
-void LinuxChangeStream::listen() {
+void LinuxChangeStream::collectChanges() {
   std::vector<pollfd> waiting{{.fd = wakeUp_.get(), .events = POLLIN, .revents = 0},
                               {.fd = guard_.mountsDescriptor(), .events = POLLPRI, .revents = 0},
                               {.fd = guard_.namesDescriptor(), .events = POLLIN, .revents = 0}};
@@ -125,6 +146,7 @@ void LinuxChangeStream::listen() {
     const int ready = ::poll(waiting.data(), waiting.size(), limit);
     if (stop_.stop_requested()) return;
     for (const auto& source : followers_.sources()) source->readChanges(*this);
+    if (delivery_->isTooMuch()) toSurvey_.clear();  // the roots will be compared
     prompt_->request(std::exchange(toSurvey_, {}));
     const bool hasMounts = waiting[1].revents != 0;
     if (guard_.takeHints() || hasMounts || ready == 0) takeNews();
@@ -177,7 +199,9 @@ void LinuxChangeStream::entryChanged(const FolderChange& change, const std::stri
   if (change.left) {
     toSurvey_.push_back({path, SurveyDepth::tree});
   } else if (change.arrived) {
-    toSurvey_.push_back({path, change.renamed ? SurveyDepth::arrival : SurveyDepth::contents});
+    // Before the start a walk may have come to a new folder long before it is surveyed.
+    const auto ifNew = isStarted_ ? SurveyDepth::contents : SurveyDepth::tree;
+    toSurvey_.push_back({path, change.renamed ? SurveyDepth::arrival : ifNew});
   } else if (change.attributesChanged) {
     attributesChanged(path);
   }
@@ -210,6 +234,11 @@ void LinuxChangeStream::couldNotLook(const std::string& path) {
 
 void LinuxChangeStream::foundFolder(const std::string& path) {
   prompt_->request(path, SurveyDepth::tree);
+}
+
+void LinuxChangeStream::willList(const std::string& folder) {
+  if (!scope_.enters(folder) && !scope_.includes(folder, EntryKind::folder)) return;
+  if (!followers_.follow(folder, scope_.isRoot(folder), *this)) couldNotList(folder);
 }
 
 void LinuxChangeStream::couldNotList(const std::string& folder) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <map>
 #include <memory>
@@ -29,6 +30,8 @@ namespace zelnor::platform {
 ///   index knows below those that went, entry beside entry if it can tell where they went. The
 ///   background surveyor does the same for whole roots, and sweeps what is not followed live.
 /// - The delivery looks at each changed path on the queue and hands the events out.
+///
+/// While the stream only listens, what is handed over waits at the surveyors and in the delivery.
 class LinuxChangeStream final : public ChangeStream,
                                 private ChangeSink,
                                 private PlaceKeeper,
@@ -38,16 +41,20 @@ class LinuxChangeStream final : public ChangeStream,
   ~LinuxChangeStream() override;
 
   void setQueue(SerialQueue* queue) override;
+  bool listen() override;
+  void willList(const std::string& folder) override;
+  void couldNotList(const std::string& folder) override;
   bool start() override;
   void stop() override;
   void invalidate() override;
 
  private:
+  void beginListening();
   void startSurveyors();
-  void lookAtRoots();
+  void beginFollowing(bool wasTold);
   void logFollowing();
 
-  void listen();
+  void collectChanges();
   void takeNews();
   bool nap();
 
@@ -62,9 +69,7 @@ class LinuxChangeStream final : public ChangeStream,
   void foundFolder(const std::string& path) override;
   bool becameReadable(const std::string& folder);
 
-  ChangeSink& sink() override { return *this; }
   void couldNotCompare(const std::string& path) override;
-  void couldNotList(const std::string& folder) override;
   void surveysDone() override;
 
   void scheduleSweep();
@@ -79,7 +84,7 @@ class LinuxChangeStream final : public ChangeStream,
 
   std::mutex lifecycle_;
   SerialQueue* queue_ = nullptr;
-  bool isStarted_ = false;
+  std::atomic<bool> isStarted_ = false;
   FileDescriptor wakeUp_;
   std::unique_ptr<Surveyor> prompt_;
   std::unique_ptr<Surveyor> background_;

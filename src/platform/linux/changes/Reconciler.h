@@ -5,22 +5,17 @@
 #include <stop_token>
 #include <string>
 
+#include "platform/FolderVisitor.h"
 #include "platform/IndexView.h"
 #include "platform/linux/changes/StreamScope.h"
 
 namespace zelnor::platform {
 
 /// Whom a comparison tells what it comes across.
-class ReconcileVisitor {
+class ReconcileVisitor : public FolderVisitor {
  public:
-  virtual ~ReconcileVisitor() = default;
-
-  /// A folder in scope, before it is listed: whoever wants to miss nothing follows it now.
-  virtual void willList(const std::string& folder) = 0;
   /// The entry at `path` is not in the index as it is on disk.
   virtual void differs(std::string path, std::uint32_t flags) = 0;
-  /// The folder is there but could not be listed, or not all of it be looked at.
-  virtual void couldNotList(const std::string& folder) = 0;
   /// Only with Depth::children: a folder that the index does not know, at least not at this path.
   virtual void foundFolder(const std::string& path) = 0;
 };

@@ -17,8 +17,19 @@ void Surveyor::request(std::string path, SurveyDepth depth) {
 void Surveyor::request(std::vector<SurveyRequests::Request> requests) {
   if (requests.empty()) return;
   const std::scoped_lock lock(mutex_);
-  if (requests_.empty()) queue_.post([this] { work(); });
+  if (isReleased_ && requests_.empty()) queue_.post([this] { work(); });
   for (auto& [path, depth] : requests) requests_.add(std::move(path), depth);
+}
+
+void Surveyor::release() {
+  const std::scoped_lock lock(mutex_);
+  isReleased_ = true;
+  if (!requests_.empty()) queue_.post([this] { work(); });
+}
+
+void Surveyor::forget() {
+  const std::scoped_lock lock(mutex_);
+  requests_ = {};
 }
 
 void Surveyor::work() {
@@ -112,13 +123,6 @@ void Surveyor::surveyNothing(const std::string& path, SurveyDepth depth) {
   if (depth <= SurveyDepth::arrival || !parts_.index) return;
   const auto cursor = parts_.index->open(stop_.get_token());
   Reconciler(parts_.scope, *this, stop_.get_token()).reportAllKnown(path, *cursor);
-}
-
-void Surveyor::willList(const std::string& folder) {
-  const bool isRoot = parts_.scope.isRoot(folder);
-  if (!parts_.followers.follow(folder, isRoot, parts_.host.sink())) {
-    couldNotList(folder);
-  }
 }
 
 void Surveyor::differs(std::string path, std::uint32_t flags) {

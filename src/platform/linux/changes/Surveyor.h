@@ -7,6 +7,7 @@
 #include <stop_token>
 #include <string>
 
+#include "platform/FolderVisitor.h"
 #include "platform/IndexView.h"
 #include "platform/SerialQueue.h"
 #include "platform/linux/changes/EventDelivery.h"
@@ -22,17 +23,14 @@ class SurveyHost {
  public:
   virtual ~SurveyHost() = default;
 
-  virtual ChangeSink& sink() = 0;
   /// Comparing `path` with the index failed.
   virtual void couldNotCompare(const std::string& path) = 0;
-  /// The folder could not be listed for want of permission.
-  virtual void couldNotList(const std::string& folder) = 0;
   /// All requests so far are done.
   virtual void surveysDone() = 0;
 };
 
-/// Looks at folders on a thread of its own: follows them and what is below them, and reports what
-/// the index has otherwise.
+/// Looks at folders on a thread of its own: has them and what is below them followed, and reports
+/// what the index has otherwise. Requests wait until it is released.
 class Surveyor final : private ReconcileVisitor {
  public:
   struct Parts {
@@ -40,6 +38,7 @@ class Surveyor final : private ReconcileVisitor {
     Followers& followers;
     EventDelivery& delivery;
     std::shared_ptr<IndexView> index;
+    FolderVisitor& folders;  ///< is told of the folders that are gone through
     SurveyHost& host;
   };
 
@@ -50,6 +49,10 @@ class Surveyor final : private ReconcileVisitor {
   void request(std::string path, SurveyDepth depth);
   /// The same for several, none of which is taken before all are there.
   void request(std::vector<SurveyRequests::Request> requests);
+  /// Begins with what was requested so far.
+  void release();
+  /// Drops what is requested.
+  void forget();
   /// Runs `work` on the surveyor's thread. Thread-safe, never waits.
   void post(SerialQueue::Work work) { queue_.post(std::move(work)); }
   void postAt(SerialQueue::TimePoint due, SerialQueue::Work work) {
@@ -74,15 +77,16 @@ class Surveyor final : private ReconcileVisitor {
   [[nodiscard]] bool isKnown(const std::string& root) const;
   void surveyNothing(const std::string& path, SurveyDepth depth);
 
-  void willList(const std::string& folder) override;
+  void willList(const std::string& folder) override { parts_.folders.willList(folder); }
+  void couldNotList(const std::string& folder) override { parts_.folders.couldNotList(folder); }
   void differs(std::string path, std::uint32_t flags) override;
-  void couldNotList(const std::string& folder) override { parts_.host.couldNotList(folder); }
   void foundFolder(const std::string& path) override;
 
   Parts parts_;
   bool isSilent_ = false;  ///< on the surveyor's own thread
   std::stop_source stop_;
   std::mutex mutex_;
+  bool isReleased_ = false;
   SurveyRequests requests_;
   SerialQueue queue_;
 };

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace zelnor::platform {
+
+/// Whom a walk tells of the folders that it goes through, on the thread that walks. Paths are
+/// absolute, without a slash at the end ("/" itself is the empty text).
+class FolderVisitor {
+ public:
+  virtual ~FolderVisitor() = default;
+
+  /// A folder, before it is listed: whoever wants to miss nothing follows it now.
+  virtual void willList(const std::string& folder) = 0;
+  /// The folder is there but could not be listed, or not all of it be looked at.
+  virtual void couldNotList(const std::string& folder) = 0;
+};
+
+}  // namespace zelnor::platform

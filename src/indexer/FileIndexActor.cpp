@@ -170,11 +170,12 @@ tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, Start s
                                               std::stop_token stop) {
   publish([](IndexStatus& status) { status.state = IndexStatus::State::indexing(); });
   isMergingOwed_ = true;
+  auto listening = start == Start::empty ? listen(config) : nullptr;
   std::int64_t rows = 0;
   std::exception_ptr failure;
   try {
     surroundings_.defaults.remove(kLastEventIDKey);
-    co_await filler_.fill(config, start, stop);
+    co_await filler_.fill(config, start, listening, stop);
     rows = co_await countRows();
   } catch (...) {
     failure = std::current_exception();
@@ -195,7 +196,7 @@ tasks::Async<void> FileIndexActor::runRebuild(IndexConfiguration config, Start s
     status.processedFiles = rows;
     status.lastIndexDate = now;
   });
-  monitor(config);
+  monitor(config, std::move(listening));
 }
 
 /// Before anybody who waits for the rebuild is told: what is asked for from now on, it has not
@@ -251,17 +252,31 @@ tasks::Async<void> FileIndexActor::mergeInSteps(std::stop_token stop) {
 
 // Monitoring.
 
-void FileIndexActor::monitor(const IndexConfiguration& config) {
+/// Follows the roots of `config` with a monitor that has listened to the walk through them, or else
+/// walks them itself.
+void FileIndexActor::monitor(const IndexConfiguration& config,
+                             std::shared_ptr<FSEventsMonitor> prepared) {
   currentConfig_ = config;
   fsMonitor_.reset();
   if (!surroundings_.changes || tasks_.isClosed()) return;
-  fsMonitor_ = createMonitor(config);
-  const auto last = surroundings_.defaults.get<std::uint64_t>(kLastEventIDKey).value_or(0);
-  fsMonitor_->start(config.includedPaths,
-                    last != 0 ? last : platform::kFSEventStreamEventIdSinceNow);
+  fsMonitor_ = prepared ? std::move(prepared) : createMonitor(config);
+  fsMonitor_->start(config.includedPaths, lastEventID());
 }
 
-std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfiguration& config) {
+/// A monitor for a rebuild to tell of what it walks through, so that nobody need walk there again;
+/// until the rebuild has succeeded the older monitor goes on. Null: there can be none.
+std::shared_ptr<FSEventsMonitor> FileIndexActor::listen(const IndexConfiguration& config) {
+  if (!surroundings_.changes) return nullptr;
+  auto monitor = createMonitor(config);
+  return monitor->listen(config.includedPaths, lastEventID()) ? monitor : nullptr;
+}
+
+std::uint64_t FileIndexActor::lastEventID() const {
+  const auto last = surroundings_.defaults.get<std::uint64_t>(kLastEventIDKey).value_or(0);
+  return last != 0 ? last : platform::kFSEventStreamEventIdSinceNow;
+}
+
+std::shared_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfiguration& config) {
   auto options = *surroundings_.changes;
   options.scope = {.excludedPrefixes = config.excludedPaths,
                    .skipsHidden = config.skipHiddenFiles,
@@ -271,7 +286,7 @@ std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfig
   options.ownPaths.push_back(surroundings_.dataFolder);
   options.log = surroundings_.log;
   // Reactions run on the monitor's own thread; none runs after the monitor has stopped.
-  auto monitor = std::make_unique<FSEventsMonitor>(
+  auto monitor = std::make_shared<FSEventsMonitor>(
       kLatencySeconds, [this](std::vector<FSEventItem> items) { enqueue(std::move(items)); },
       [this, options = std::move(options)](std::vector<std::string> paths, std::uint64_t sinceWhen,
                                            double latency, std::uint32_t flags,
@@ -287,7 +302,7 @@ std::unique_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfig
     asio::post(strand(), [this, reason = request.reason] { requestRebuild(reason); });
   };
   monitor->onLatestEventID = [&defaults = surroundings_.defaults](std::uint64_t identifier) {
-    defaults.set(kLastEventIDKey, identifier);
+    defaults.setVolatile(kLastEventIDKey, identifier);
   };
   return monitor;
 }

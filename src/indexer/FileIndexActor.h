@@ -106,8 +106,10 @@ class FileIndexActor : public tasks::Actor, public IndexMaintainer {
   void startMerging();
   tasks::Async<void> mergeInSteps(std::stop_token stop);
 
-  void monitor(const IndexConfiguration& config);
-  std::unique_ptr<FSEventsMonitor> createMonitor(const IndexConfiguration& config);
+  void monitor(const IndexConfiguration& config, std::shared_ptr<FSEventsMonitor> prepared = {});
+  std::shared_ptr<FSEventsMonitor> listen(const IndexConfiguration& config);
+  [[nodiscard]] std::uint64_t lastEventID() const;
+  std::shared_ptr<FSEventsMonitor> createMonitor(const IndexConfiguration& config);
   [[nodiscard]] std::unique_ptr<platform::ChangeStream> createStream(
       platform::ChangeStreamOptions options, platform::ChangeStream::Callback callback) const;
   void enqueue(std::vector<FSEventItem> events);  ///< on any thread
@@ -125,7 +127,7 @@ class FileIndexActor : public tasks::Actor, public IndexMaintainer {
   DatabaseManager database_;
   IndexFiller filler_;
   std::optional<std::int64_t> rows_;  ///< in the index; nothing before it was counted
-  std::unique_ptr<FSEventsMonitor> fsMonitor_;
+  std::shared_ptr<FSEventsMonitor> fsMonitor_;
   std::optional<IndexConfiguration> currentConfig_;
 
   tasks::Task indexTask_;

@@ -72,10 +72,11 @@ class Fingerprint {
 
 }  // namespace
 
-tasks::Async<void> IndexFiller::fill(IndexConfiguration config, Start start, std::stop_token stop) {
+tasks::Async<void> IndexFiller::fill(IndexConfiguration config, Start start, Visitor visitor,
+                                     std::stop_token stop) {
   std::exception_ptr failure;
   try {
-    co_await load(config, start, stop);
+    co_await load(config, start, std::move(visitor), stop);
   } catch (...) {
     failure = std::current_exception();
   }
@@ -97,7 +98,7 @@ tasks::Async<bool> IndexFiller::canGoOn(const IndexConfiguration& config) {
   co_return unfinished == wanted;
 }
 
-tasks::Async<void> IndexFiller::load(const IndexConfiguration& config, Start start,
+tasks::Async<void> IndexFiller::load(const IndexConfiguration& config, Start start, Visitor visitor,
                                      std::stop_token stop) {
   if (stop.stop_requested()) throw Stopped();
   auto& database = parts_.database;
@@ -109,15 +110,21 @@ tasks::Async<void> IndexFiller::load(const IndexConfiguration& config, Start sta
   co_await database.beginBulkLoad(Fingerprint(config).value());
   if (start == Start::keeping) writtenRecords_ = co_await database.totalFileCount();
   bool onlyLacking = start == Start::keeping;
-  while (!co_await loadOnce(config, onlyLacking, stop)) onlyLacking = true;
+  for (;;) {
+    // Once is enough: what happens from then on is seen.
+    auto first = std::exchange(visitor, nullptr);
+    const bool isWhole = co_await loadOnce(config, onlyLacking, std::move(first), stop);
+    if (isWhole) break;
+    onlyLacking = true;
+  }
   co_await database.endBulkLoad();
 }
 
 /// One pass of the scan; answers whether it lost nothing.
 tasks::Async<bool> IndexFiller::loadOnce(const IndexConfiguration& config, bool onlyLacking,
-                                         std::stop_token stop) {
-  const auto scan =
-      scanner_.scan(config.includedPaths, config, [](std::int64_t) {}, parts_.background);
+                                         Visitor visitor, std::stop_token stop) {
+  const auto scan = scanner_.scan(
+      config.includedPaths, config, [](std::int64_t) {}, parts_.background, std::move(visitor));
   const std::stop_callback stopWalk(stop, [walk = scan.walk] { walk.cancel(); });
   const auto spool = std::make_shared<BatchSpool>(parts_.folder);
   const auto drain = drainInto(spool, scan.stream, parts_.background);

@@ -20,6 +20,7 @@ class IndexFiller {
  public:
   /// Whether the index is emptied first, or keeps what an unfinished `fill` has written.
   enum class Start : std::uint8_t { empty, keeping };
+  using Visitor = std::shared_ptr<platform::FolderVisitor>;
 
   struct Parts {
     DatabaseManager& database;
@@ -33,18 +34,20 @@ class IndexFiller {
 
   explicit IndexFiller(Parts parts) : parts_(std::move(parts)) {}
 
-  /// Returns when the index holds everything that there is; merging is left to be done. When it
-  /// fails, or `stop` is requested, what was written stays, nothing goes on, and the index is as
-  /// fast to use as before. Throws DatabaseError and std::system_error; std::exception when
-  /// stopped.
-  tasks::Async<void> fill(IndexConfiguration config, Start start, std::stop_token stop);
+  /// Returns when the index holds everything that there is; merging is left to be done. `visitor`,
+  /// if there is one, is told of every folder before it is listed. When it fails, or `stop` is
+  /// requested, what was written stays, nothing goes on, and the index is as fast to use as before.
+  /// Throws DatabaseError and std::system_error; std::exception when stopped.
+  tasks::Async<void> fill(IndexConfiguration config, Start start, Visitor visitor,
+                          std::stop_token stop);
 
   /// Whether the index holds a part of what a `fill` with `config` would write.
   tasks::Async<bool> canGoOn(const IndexConfiguration& config);
 
  private:
-  tasks::Async<void> load(const IndexConfiguration& config, Start start, std::stop_token stop);
-  tasks::Async<bool> loadOnce(const IndexConfiguration& config, bool onlyLacking,
+  tasks::Async<void> load(const IndexConfiguration& config, Start start, Visitor visitor,
+                          std::stop_token stop);
+  tasks::Async<bool> loadOnce(const IndexConfiguration& config, bool onlyLacking, Visitor visitor,
                               std::stop_token stop);
   tasks::Async<void> write(BatchSpool& spool, bool onlyLacking, std::stop_token stop);
 

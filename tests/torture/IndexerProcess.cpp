@@ -2,6 +2,7 @@
 
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,11 +13,13 @@
 #include <exception>
 #include <stdexcept>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 #include "indexer/FileIndexActor.h"
 #include "platform/FileDefaultsStore.h"
 #include "tasks/RunLoop.h"
+#include "tasks/Task.h"
 #include "tasks/ThreadPool.h"
 
 namespace zelnor::test {
@@ -81,8 +84,32 @@ platform::ChangeStreamOptions optionsOf(const IndexerProcess::Setup& setup) {
 }
 
 void logUnusual(const std::string& line) {
-  if (line.find("] Following ") == std::string::npos) {
+  const auto isUsual = [&line](const char* text) { return line.find(text) != std::string::npos; };
+  // With a full disk updates fail.
+  if (!isUsual("] Following ") && !isUsual("] Incremental update error: ")) {
     std::fprintf(stderr, "indexer: %s\n", line.c_str());
+  }
+}
+
+constexpr int kRebuild = SIGUSR1;
+constexpr int kRebuildFirstRoot = SIGUSR2;
+
+sigset_t orders() {
+  sigset_t signals;
+  ::sigemptyset(&signals);
+  for (const int number : {SIGTERM, kRebuild, kRebuildFirstRoot}) ::sigaddset(&signals, number);
+  return signals;
+}
+
+/// Does what the other process asks for until that is to quit.
+void obey(const IndexerProcess::Setup& setup, FileIndexActor& actor,
+          const tasks::Executor& executor) {
+  const auto signals = orders();
+  for (int number = 0; ::sigwait(&signals, &number) == 0 && number != SIGTERM;) {
+    auto config = configurationOf(setup);
+    if (number == kRebuildFirstRoot) config.includedPaths.resize(1);
+    tasks::Task::spawn(
+        executor, [&actor, config](const std::stop_token&) { return actor.rebuildIndex(config); });
   }
 }
 
@@ -99,7 +126,9 @@ void serve(const IndexerProcess::Setup& setup, std::uint64_t newestIdentifier) {
                         .log = logUnusual});
   loop.await(actor.resume(configurationOf(setup)));
   // Nobody looks at the status.
-  for (;;) ::pause();
+  obey(setup, actor, pool.executor());
+  loop.await(actor.shutDown());
+  ::_exit(0);
 }
 
 [[noreturn]] void runIndexer(const IndexerProcess::Setup& setup, std::uint64_t newestIdentifier) {
@@ -109,6 +138,7 @@ void serve(const IndexerProcess::Setup& setup, std::uint64_t newestIdentifier) {
   }
   // Only now: another user's process would forget it, prctl(2).
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  ::signal(SIGXFSZ, SIG_IGN);
   try {
     serve(setup, newestIdentifier);
   } catch (const std::exception& error) {
@@ -124,8 +154,12 @@ IndexerProcess::IndexerProcess(Setup setup) : setup_(std::move(setup)) { start()
 IndexerProcess::~IndexerProcess() { kill(); }
 
 void IndexerProcess::start() {
+  // An order may come before the new process waits for any.
+  const auto signals = orders();
+  ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   process_ = ::fork();
   if (process_ == 0) runIndexer(setup_, newestIdentifier_);
+  ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
   if (process_ < 0) throw std::runtime_error("no process");
 }
 
@@ -134,6 +168,28 @@ void IndexerProcess::kill() {
   ::kill(process_, SIGKILL);
   ::waitpid(process_, nullptr, 0);
   process_ = -1;
+}
+
+void IndexerProcess::quit() {
+  constexpr std::chrono::seconds kPatience{5};
+  ::kill(process_, SIGTERM);
+  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  int status = 0;
+  while (::waitpid(process_, &status, WNOHANG) == 0) {
+    if (std::chrono::steady_clock::now() > deadline) throw std::runtime_error("does not quit");
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  process_ = -1;
+  if (status != 0) throw std::runtime_error("quitting failed");
+}
+
+void IndexerProcess::rebuild() const { ::kill(process_, kRebuild); }
+
+void IndexerProcess::rebuildFirstRoot() const { ::kill(process_, kRebuildFirstRoot); }
+
+void IndexerProcess::limitFiles(std::optional<std::uint64_t> bytes) const {
+  const rlimit limit{.rlim_cur = bytes.value_or(RLIM_INFINITY), .rlim_max = RLIM_INFINITY};
+  ::prlimit(process_, RLIMIT_FSIZE, &limit, nullptr);
 }
 
 void IndexerProcess::pause() const { ::kill(process_, SIGSTOP); }

@@ -33,6 +33,13 @@ class IndexerProcess {
   /// Ends it without warning, and starts it again.
   void kill();
   void start();
+  /// Ends it as a user does. Throws std::runtime_error if that takes too long or goes wrong.
+  void quit();
+  /// Has it rebuild the index, without waiting for that: from its roots, or from the first alone.
+  void rebuild() const;
+  void rebuildFirstRoot() const;
+  /// No file of its may grow beyond so many bytes, as on a full disk; none: any may.
+  void limitFiles(std::optional<std::uint64_t> bytes) const;
   void pause() const;
   void resume() const;
 

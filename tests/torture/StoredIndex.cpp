@@ -26,6 +26,10 @@ Rows storedRows(const std::string& folder) {
   return rows;
 }
 
+bool isHalfBuilt(const std::string& folder) {
+  return RawDatabase(folder + kFile).integer("PRAGMA user_version") != 0;
+}
+
 std::string unsoundness(const std::string& folder) {
   const RawDatabase database(folder + kFile);
   database.exec("PRAGMA busy_timeout = 20000");

@@ -112,17 +112,11 @@ class Playground {
   std::string round() {
     if (auto left = settle({}); !left.empty()) return left;
     const bool isMountRound = mayMount_ && random_() % 4 == 0;
-    const int disturbance = static_cast<int>(random_() % 6);
-    if (disturbance == 0) indexer_->pause();
-    if (disturbance == 1) indexer_->kill();
+    const auto disturbance = static_cast<Disturbance>(random_() % kDisturbances);
+    disturb(disturbance);
     if (isMountRound) unmountAll();
-    work(disturbance == 0);
-    if (disturbance == 0) indexer_->resume();
-    if (disturbance == 1) indexer_->start();
-    if (disturbance == 2) {
-      indexer_->kill();
-      indexer_->start();
-    }
+    work(disturbance == Disturbance::standstill);
+    endDisturbance(disturbance);
     if (!isMountRound) return settle({});
     auto left = settle({base_ / "two", base_ / "one/stick"});
     if (!left.empty()) return "while unmounted:\n" + left;
@@ -131,6 +125,75 @@ class Playground {
   }
 
  private:
+  /// What happens to the indexer while the trees change.
+  enum class Disturbance : std::uint8_t {
+    standstill,
+    absence,
+    kill,
+    quit,
+    rebuild,
+    otherRebuild,
+    fullDisk,
+    none
+  };
+  static constexpr unsigned kDisturbances = 10;  // now and then none
+
+  void disturb(Disturbance disturbance) {
+    switch (disturbance) {
+      case Disturbance::standstill:
+        return indexer_->pause();
+      case Disturbance::absence:
+        return indexer_->kill();
+      case Disturbance::rebuild:
+        return indexer_->rebuild();
+      case Disturbance::fullDisk:
+        indexer_->limitFiles(random_() % (1U << 20U));
+        if (random_() % 2 == 0) indexer_->rebuild();
+        return;
+      default:
+        return;
+    }
+  }
+
+  void endDisturbance(Disturbance disturbance) {
+    switch (disturbance) {
+      case Disturbance::standstill:
+        return indexer_->resume();
+      case Disturbance::absence:
+        return indexer_->start();
+      case Disturbance::kill:
+        indexer_->kill();
+        return indexer_->start();
+      case Disturbance::quit:
+        indexer_->quit();
+        return indexer_->start();
+      case Disturbance::otherRebuild:
+        return breakOffAnotherRebuild();
+      case Disturbance::fullDisk:
+        // What could not be stored meanwhile is found by comparing.
+        indexer_->limitFiles(std::nullopt);
+        indexer_->quit();
+        return indexer_->start();
+      default:
+        return;
+    }
+  }
+
+  /// One of other roots than the next process has.
+  void breakOffAnotherRebuild() {
+    indexer_->rebuildFirstRoot();
+    std::this_thread::sleep_for(std::chrono::milliseconds(random_() % 100));
+    if (random_() % 2 == 0) {
+      indexer_->kill();
+    } else {
+      indexer_->quit();
+    }
+    const bool isBrokenOff = isHalfBuilt(base_ / "state");
+    indexer_->start();
+    // Nobody can tell that an index without a root is not meant to be so.
+    if (!isBrokenOff) indexer_->rebuild();
+  }
+
   void give(const std::string& name) const {
     const auto path = base_.folder(name);
     if (::chown(path.c_str(), user_, user_) != 0) throw std::runtime_error("chown");

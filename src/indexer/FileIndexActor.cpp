@@ -90,7 +90,16 @@ tasks::Async<void> FileIndexActor::scheduleAutomaticRebuild(std::string reason) 
 }
 
 tasks::Async<void> FileIndexActor::perform(Operation operation) {
-  const auto task = co_await onActor([&] { return tasks_.spawn(std::move(operation)); });
+  const auto untilClosed = [operation =
+                                std::move(operation)](std::stop_token stop) -> tasks::Async<void> {
+    try {
+      co_await operation(stop);
+    } catch (const std::exception&) {
+      // Whoever breaks it off need not be told that it was.
+      if (!stop.stop_requested()) throw;
+    }
+  };
+  const auto task = co_await onActor([&] { return tasks_.spawn(untilClosed); });
   // From here on the actor may go away.
   co_await task.wait();
 }
@@ -116,7 +125,8 @@ tasks::Async<void> FileIndexActor::shutDown() {
 tasks::Async<void> FileIndexActor::goOn(IndexConfiguration config, std::stop_token stop) {
   currentConfig_ = config;
   const auto rebuild = co_await neededRebuild(config);
-  isMergingOwed_ = co_await database_.isMergingDeferred();
+  const bool isMergingDeferred = co_await database_.isMergingDeferred();
+  isMergingOwed_ = isMergingOwed_ || isMergingDeferred;
   publish([rows = rows_.value_or(0)](IndexStatus& status) { status.totalFiles = rows; });
   std::exception_ptr failure;
   try {

@@ -3,11 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/FakeStreams.h"
+#include "tests/indexer/FakeStreamTest.h"
 #include "tests/support/IndependentWalk.h"
 #include "tests/support/IndexContents.h"
-#include "tests/support/IndexerFixture.h"
-#include "tests/support/RawDatabase.h"
 
 namespace zelnor {
 namespace {
@@ -15,78 +13,68 @@ namespace {
 using platform::kFSEventStreamEventFlagItemCreated;
 using std::chrono::steady_clock;
 
-class ClosingTest : public testing::Test {
+class ClosingTest : public test::FakeStreamTest {
  protected:
-  const test::TemporaryFolder tree_;
-  const test::TemporaryFolder data_;
-  test::FakeStreams streams_;
-  test::Indexer indexer_{data_.path(), /*followsChanges=*/true, streams_.factory()};
-  const IndexConfiguration config_ = test::configurationOf(tree_.path());
-
-  void makeFiles(int count) {
-    for (int i = 0; i < count; ++i) tree_.file(std::to_string(i % 30) + "/" + std::to_string(i));
-  }
   void waitForFirstBatch() {
-    indexer_.main().runUntil([&] { return indexer_.actor().status().value().processedFiles > 0; });
+    main().runUntil([&] { return status().processedFiles > 0; });
   }
   /// Whatever an actor that is shut down still has to say.
-  void settle() { indexer_.main().runReady(); }
+  void settle() { main().runReady(); }
 };
 
 TEST_F(ClosingTest, WhatTheStreamDeliversAsItIsStoppedIsNotAppliedAfterwards) {
-  indexer_.main().await(indexer_.actor().startMonitoring(config_));
+  main().await(actor().startMonitoring(config_));
   streams_.last = {
       {.path = tree_.file("late"), .flags = kFSEventStreamEventFlagItemCreated, .identifier = 7}};
-  indexer_.main().await(indexer_.actor().shutDown());
-  EXPECT_EQ(indexer_.defaults().get<std::uint64_t>("FSEventsLastEventID"), 7U) << "was delivered";
-  for (int i = 0; i < 20; ++i) EXPECT_TRUE(test::indexed(indexer_).empty());
+  main().await(actor().shutDown());
+  EXPECT_EQ(indexer_->defaults().get<std::uint64_t>("FSEventsLastEventID"), 7U) << "was delivered";
+  for (int i = 0; i < 20; ++i) EXPECT_TRUE(test::indexed(*indexer_).empty());
 }
 
 TEST_F(ClosingTest, ARebuildThatIsBrokenOffAtItsEndFollowsNothing) {
   makeFiles(100);
   // Somebody who reads keeps the log from being written back, which is the end of a rebuild.
-  const test::RawDatabase reader(data_ / "index.sqlite");
+  const auto reader = raw();
   reader.exec("BEGIN");
   ASSERT_EQ(reader.integer("SELECT count(*) FROM files"), 0);
-  const auto rebuild = indexer_.spawn([this] { return indexer_.actor().rebuildIndex(config_); });
+  const auto rebuild = indexer_->spawn([this] { return actor().rebuildIndex(config_); });
   waitForFirstBatch();
-  const test::RawDatabase other(data_ / "index.sqlite");
-  indexer_.main().runUntil([&] { return other.integer("PRAGMA user_version") == 0; });
+  const auto other = raw();
+  main().runUntil([&] { return other.integer("PRAGMA user_version") == 0; });
   const auto begin = steady_clock::now();
-  indexer_.main().await(indexer_.actor().shutDown());
+  main().await(actor().shutDown());
   EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(2));
-  indexer_.main().await(rebuild.wait());
+  main().await(rebuild.wait());
   settle();
   EXPECT_TRUE(streams_.started().empty());
-  EXPECT_EQ(indexer_.actor().status().value().state, IndexStatus::State::idle());
-  EXPECT_FALSE(indexer_.actor().status().value().lastIndexDate);
+  EXPECT_EQ(status().state, IndexStatus::State::idle());
+  EXPECT_FALSE(status().lastIndexDate);
 }
 
 TEST_F(ClosingTest, ALaunchIsBrokenOffWithoutARebuild) {
   makeFiles(100);
-  const auto launch = indexer_.spawn([this] { return indexer_.actor().resume(config_); });
-  const auto closing = indexer_.spawn([this] { return indexer_.actor().shutDown(); });
-  indexer_.main().await(closing.wait());
-  indexer_.main().await(launch.wait());
+  const auto launch = indexer_->spawn([this] { return actor().resume(config_); });
+  const auto closing = indexer_->spawn([this] { return actor().shutDown(); });
+  main().await(closing.wait());
+  main().await(launch.wait());
   settle();
-  EXPECT_TRUE(test::indexed(indexer_).empty());
+  EXPECT_TRUE(test::indexed(*indexer_).empty());
   EXPECT_FALSE(streams_.isRunning());
 }
 
 TEST_F(ClosingTest, NothingIsBegunAfterwards) {
   makeFiles(10);
-  auto& actor = indexer_.actor();
-  indexer_.main().await(actor.startMonitoring(config_));
-  indexer_.main().await(actor.shutDown());
-  indexer_.main().await(actor.rebuildIndex(config_));
-  indexer_.main().await(actor.resume(config_));
-  indexer_.main().await(actor.startMonitoring(config_));
-  indexer_.main().await(actor.scheduleAutomaticRebuild("too late"));
-  indexer_.main().await(
-      actor.handleFSEvents({{tree_ / "0/0", FSEventItem::EventType::created, /*flags=*/0}}));
+  main().await(actor().startMonitoring(config_));
+  main().await(actor().shutDown());
+  main().await(actor().rebuildIndex(config_));
+  main().await(actor().resume(config_));
+  main().await(actor().startMonitoring(config_));
+  main().await(actor().scheduleAutomaticRebuild("too late"));
+  main().await(
+      actor().handleFSEvents({{tree_ / "0/0", FSEventItem::EventType::created, /*flags=*/0}}));
   settle();
-  EXPECT_TRUE(test::indexed(indexer_).empty());
-  EXPECT_TRUE(indexer_.log().empty());
+  EXPECT_TRUE(test::indexed(*indexer_).empty());
+  EXPECT_TRUE(indexer_->log().empty());
   EXPECT_EQ(streams_.started().size(), 1U);
 }
 
@@ -94,38 +82,38 @@ TEST_F(ClosingTest, ARebuildThatIsReplacedAfterItsLastBatchFollowsNothing) {
   makeFiles(100);
   const test::TemporaryFolder other;
   other.file("only");
-  const test::RawDatabase reader(data_ / "index.sqlite");
+  const auto reader = raw();
   reader.exec("BEGIN");
   ASSERT_EQ(reader.integer("SELECT count(*) FROM files"), 0);
-  const auto older = indexer_.spawn([this] { return indexer_.actor().rebuildIndex(config_); });
+  const auto older = indexer_->spawn([this] { return actor().rebuildIndex(config_); });
   waitForFirstBatch();
-  const test::RawDatabase looking(data_ / "index.sqlite");
-  indexer_.main().runUntil([&] { return looking.integer("PRAGMA user_version") == 0; });
-  const auto newer = indexer_.spawn(
-      [&] { return indexer_.actor().rebuildIndex(test::configurationOf(other.path())); });
-  indexer_.main().runReady();
+  const auto looking = raw();
+  main().runUntil([&] { return looking.integer("PRAGMA user_version") == 0; });
+  const auto newer =
+      indexer_->spawn([&] { return actor().rebuildIndex(test::configurationOf(other.path())); });
+  main().runReady();
   reader.exec("COMMIT");
-  indexer_.main().await(older.wait());
-  indexer_.main().await(newer.wait());
+  main().await(older.wait());
+  main().await(newer.wait());
   EXPECT_EQ(streams_.started(), (std::vector<std::vector<std::string>>{{other.path()}}));
-  EXPECT_EQ(test::indexed(indexer_).size(), 1U);
+  EXPECT_EQ(test::indexed(*indexer_).size(), 1U);
 }
 
 TEST_F(ClosingTest, ALoadNeverMeetsTheMergingOfTheOneBefore) {
   makeFiles(12'000);
   for (int round = 0; round < 3; ++round) {
-    const auto older = indexer_.spawn([this] { return indexer_.actor().rebuildIndex(config_); });
-    const auto newer = indexer_.spawn([this] { return indexer_.actor().rebuildIndex(config_); });
-    indexer_.main().await(older.wait());
+    const auto older = indexer_->spawn([this] { return actor().rebuildIndex(config_); });
+    const auto newer = indexer_->spawn([this] { return actor().rebuildIndex(config_); });
+    main().await(older.wait());
     waitForFirstBatch();
-    const test::RawDatabase raw(data_ / "index.sqlite");
-    indexer_.main().runUntil([&] {
+    const auto raw = this->raw();
+    main().runUntil([&] {
       const bool isLoading = raw.integer("PRAGMA user_version") != 0;
       const auto automerge = "SELECT v FROM files_fts_config WHERE k = 'automerge'";
       EXPECT_TRUE(!isLoading || raw.integer(automerge) == 0);
       return newer.isDone();
     });
-    indexer_.main().await(newer.wait());
+    main().await(newer.wait());
   }
 }
 
@@ -196,7 +184,8 @@ TEST(QuittingTest, AtAnyMomentIsQuickAndLosesNothing) {
     quitting.round(static_cast<Work>(random() % 4));
     if (i % 10 == 9) quitting.expectTheNextLaunchMendsEverything();
   }
-  EXPECT_LT(quitting.longest(), std::chrono::seconds(1));
+  // Far less as a rule; with a sanitizer on a busy machine everything takes its time.
+  EXPECT_LT(quitting.longest(), std::chrono::seconds(4));
 }
 
 }  // namespace

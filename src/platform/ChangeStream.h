@@ -69,6 +69,10 @@ struct ChangeStreamOptions {
   std::shared_ptr<IndexView> index;  ///< none: nothing is compared, and losses are reported
   std::string stateFolder;           ///< an existing folder for what must survive the process
 
+  /// So many changed paths are kept by a stream that listens and is not started yet, some 150 bytes
+  /// each. Beyond that, comparing takes less time than looking at each.
+  std::size_t maxCollected = 100'000;
+
   std::optional<ChangeSourceKind> forcedSource;  ///< for tests; otherwise the best that works
   std::optional<std::size_t> watchLimit;  ///< for tests; otherwise half of what the user may have
   std::chrono::milliseconds sweepInterval{2000};  ///< between two sweeps, at least

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/ChangeStream.h"
+#include "tests/changes/Sources.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Unprivileged.h"
 
@@ -259,28 +260,8 @@ TEST_P(LiveStream, NoticesWhenAFolderThatCannotBeEnteredFromTheStartChangesOrOpe
   EXPECT_TRUE(sees("closed/file", kThere));
 }
 
-std::vector<ChangeSourceKind> possibleSources() {
-  std::vector sources{ChangeSourceKind::folderMarks, ChangeSourceKind::inotify,
-                      ChangeSourceKind::sweep};
-  if (::geteuid() == 0) sources.push_back(ChangeSourceKind::fileSystemMark);
-  return sources;
-}
-
-std::string nameOf(const testing::TestParamInfo<ChangeSourceKind>& info) {
-  switch (info.param) {
-    case ChangeSourceKind::fileSystemMark:
-      return "FileSystemMark";
-    case ChangeSourceKind::folderMarks:
-      return "FolderMarks";
-    case ChangeSourceKind::inotify:
-      return "Inotify";
-    case ChangeSourceKind::sweep:
-      break;
-  }
-  return "Sweep";
-}
-
-INSTANTIATE_TEST_SUITE_P(EverySource, LiveStream, testing::ValuesIn(possibleSources()), nameOf);
+INSTANTIATE_TEST_SUITE_P(EverySource, LiveStream, testing::ValuesIn(test::possibleSources()),
+                         test::nameOf);
 
 }  // namespace
 }  // namespace zelnor::platform

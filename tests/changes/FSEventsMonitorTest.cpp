@@ -57,17 +57,16 @@ TEST(FSEventsTranslation, AnyLossDiscardsTheBatchForOneRescanRequest) {
   }
 }
 
-/// A stream that delivers what it is told to.
+/// A stream that delivers what it is told of, and "/a" when it is started.
 class FakeStream final : public ChangeStream {
  public:
   FakeStream(Callback callback, bool starts) : callback_(std::move(callback)), starts_(starts) {}
   void setQueue(SerialQueue* queue) override { queue_ = queue; }
   bool listen() override { return starts_; }
-  void willList(const std::string& /*folder*/) override {}
-  void couldNotList(const std::string& /*folder*/) override {}
+  void willList(const std::string& folder) override { callback_(eventOf(folder)); }
+  void couldNotList(const std::string& folder) override { callback_(eventOf(folder)); }
   bool start() override {
-    if (starts_)
-      queue_->post([report = callback_] { report(std::vector<ChangeEvent>{{"/a", kCreated, 5}}); });
+    if (starts_) queue_->post([report = callback_] { report(eventOf("/a")); });
     return starts_;
   }
   void stop() override {
@@ -76,6 +75,8 @@ class FakeStream final : public ChangeStream {
   void invalidate() override { queue_ = nullptr; }
 
  private:
+  static std::vector<ChangeEvent> eventOf(const std::string& path) { return {{path, kCreated, 5}}; }
+
   Callback callback_;
   bool starts_;
   SerialQueue* queue_ = nullptr;
@@ -129,6 +130,49 @@ TEST(FSEventsMonitor, StaysStoppedWithoutPathsOrAStreamAndStartsOnce) {
   EXPECT_FALSE(monitor.isRunning());
   monitor.start({"/r"}, 1);
   EXPECT_TRUE(monitor.isRunning());
+}
+
+TEST(FSEventsMonitor, PassesOnWhatAWalkTellsOnlyWhileItListens) {
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::vector<std::string> items;
+  bool starts = false;
+  FSEventsMonitor monitor(
+      0.5,
+      [&](const std::vector<FSEventItem>& list) {
+        const std::scoped_lock lock(mutex);
+        for (const auto& item : list) items.push_back(item.path);
+        changed.notify_all();
+      },
+      [&](const auto&, auto, auto, auto, auto callback) {
+        return std::make_unique<FakeStream>(std::move(callback), starts);
+      });
+  const auto tell = [&monitor](const std::string& when) {
+    monitor.willList("/" + when);
+    monitor.couldNotList("/not " + when);
+  };
+  EXPECT_FALSE(monitor.listen({}, 1));
+  EXPECT_FALSE(monitor.listen({"/r"}, 1)) << "the stream does not";
+  tell("stopped");
+  starts = true;
+  EXPECT_TRUE(monitor.listen({"/r"}, 1));
+  EXPECT_FALSE(monitor.listen({"/r"}, 1));
+  EXPECT_FALSE(monitor.isRunning());
+  tell("listening");
+  monitor.start({"/r"}, 1);
+  EXPECT_TRUE(monitor.isRunning());
+  tell("running");
+  {
+    std::unique_lock lock(mutex);
+    ASSERT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return items.size() > 2; }));
+    EXPECT_THAT(items, testing::ElementsAre("/listening", "/not listening", "/a"));
+  }
+  monitor.stop();
+  EXPECT_TRUE(monitor.listen({"/r"}, 1));
+  monitor.stop();
+  tell("stopped");
+  EXPECT_FALSE(monitor.isRunning());
+  EXPECT_EQ(items.size(), 3);
 }
 
 }  // namespace

@@ -135,6 +135,26 @@ TEST_F(FileSystemScannerTest, ACancelledWalkDeliversWhatItHasAndEnds) {
   EXPECT_THAT(main_.await(drain(scan.stream)), ElementsAre(SizeIs(2)));
 }
 
+TEST_F(FileSystemScannerTest, AVisitorIsToldOfAFolderBeforeItIsLookedInto) {
+  /// Puts a file into each folder that it is told of.
+  class Filler final : public platform::FolderVisitor {
+   public:
+    void willList(const std::string& folder) override { std::ofstream(folder + "/put") << "x"; }
+    void couldNotList(const std::string& folder) override { unlisted.push_back(folder); }
+    Paths unlisted;
+  };
+  const auto filler = std::make_shared<Filler>();
+  const auto folder = tree_.folder("a/b");
+  for (const auto& old : {folder, tree_ / "a"}) fs::last_write_time(old, fs::file_time_type{});
+  const auto scan = FileSystemScanner{}.scan({tree_.path() + "/", tree_ / "missing"}, kEverything,
+                                             {}, pool_.executor(), filler);
+  const auto batches = main_.await(drain(scan.stream));
+  ASSERT_THAT(batches, ElementsAre(SizeIs(5)));
+  for (const auto& record : batches.front())
+    EXPECT_EQ(record, FileRecord::fromPath(record.path)) << record.path;
+  EXPECT_THAT(filler->unlisted, ElementsAre(tree_ / "missing"));
+}
+
 TEST_F(FileSystemScannerTest, UnreadableEntriesAreLeftOut) {
   const test::Unprivileged user;
   const test::TemporaryFolder own;

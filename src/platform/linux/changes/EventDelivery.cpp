@@ -10,8 +10,6 @@ namespace {
 
 constexpr std::size_t kMaxEventsPerBatch = 10'000;
 constexpr std::size_t kManyPending = 5 * kMaxEventsPerBatch;
-/// Some 15 MB. To compare a tree takes less time than to look at so many single entries.
-constexpr std::size_t kMaxBeforeStart = 10 * kMaxEventsPerBatch;
 
 /// Beside the flags that are delivered: the other names of the file were reported with it.
 constexpr std::uint32_t kNamesAreReported = 0x8000'0000;
@@ -55,6 +53,7 @@ EventDelivery::EventDelivery(const ChangeStreamOptions& options, const StreamSco
     : scope_(scope),
       index_(options.index),
       latency_(std::chrono::duration_cast<std::chrono::steady_clock::duration>(options.latency)),
+      maxCollected_(options.maxCollected),
       isDeferred_((options.flags & kFSEventStreamCreateFlagNoDefer) == 0),
       callback_(std::move(callback)),
       identifiers_(options.stateFolder, firstIdentifier(options.sinceWhen)) {}
@@ -86,7 +85,7 @@ void EventDelivery::changed(std::string path, std::uint32_t flags) {
   if (!scope_.includes(path, EntryKind::unknown)) return;
   const std::scoped_lock lock(mutex_);
   if (isTooMuch_) return;
-  if (queue_ == nullptr && pending_.size() >= kMaxBeforeStart) {
+  if (queue_ == nullptr && pending_.size() >= maxCollected_) {
     pending_ = {};
     isTooMuch_ = true;
     return;

@@ -76,6 +76,7 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   const StreamScope& scope_;
   const std::shared_ptr<IndexView> index_;
   const std::chrono::steady_clock::duration latency_;
+  const std::size_t maxCollected_;
   const bool isDeferred_;
   const ChangeStream::Callback callback_;
   EventIdentifiers identifiers_;  ///< used on the queue

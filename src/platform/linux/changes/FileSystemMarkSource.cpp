@@ -66,7 +66,9 @@ bool FileSystemMarkSource::follow(const std::string& path, const EntryState& sta
   return mount.isMarked;
 }
 
-void FileSystemMarkSource::enter(Mount& mount, const std::string& path, bool isBehindLink) const {
+/// With the mutex held.
+void FileSystemMarkSource::enter(Mount& mount, const std::string& path, bool isBehindLink) {
+  ++timesEntered_;
   const auto folder = openFolder(path, isBehindLink);
   struct statfs status{};
   if (!folder || ::fstatfs(folder.get(), &status) != 0) return;
@@ -120,7 +122,14 @@ void FileSystemMarkSource::readChanges(ChangeSink& sink) {
       });
 }
 
+/// What was nowhere, or in fewer places, may be seen through another entrance now.
+void FileSystemMarkSource::forgetIfEntered() {
+  const std::scoped_lock lock(mutex_);
+  if (std::exchange(resolvedAfter_, timesEntered_) != timesEntered_) resolved_.clear();
+}
+
 const FileSystemMarkSource::Paths& FileSystemMarkSource::pathsOf(const FolderHandle& folder) {
+  forgetIfEntered();
   constexpr std::size_t kMaxRemembered = 10'000;
   if (resolved_.size() >= kMaxRemembered) resolved_.clear();
   const auto [entry, isNew] = resolved_.try_emplace(folder.key());

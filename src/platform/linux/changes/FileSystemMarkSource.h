@@ -56,8 +56,9 @@ class FileSystemMarkSource final : public ChangeSource {
     [[nodiscard]] bool leadsTo(const std::string& path) const;
   };
 
-  void enter(Mount& mount, const std::string& path, bool isBehindLink) const;
+  void enter(Mount& mount, const std::string& path, bool isBehindLink);
   void ignoreOwn() const;
+  void forgetIfEntered();
   const Paths& pathsOf(const FolderHandle& folder);
   [[nodiscard]] Paths resolve(const FolderHandle& folder) const;
   static std::optional<std::string> pathIn(const std::vector<Entrance>& entrances,
@@ -67,8 +68,11 @@ class FileSystemMarkSource final : public ChangeSource {
   const std::vector<std::string> ignored_;
   mutable std::mutex mutex_;
   std::map<std::uint64_t, Mount> mounts_;  ///< by the mount's number
-  /// Where folders are; only what has not moved since. Used by the thread that reads.
+  std::uint64_t timesEntered_ = 0;
+  /// Where folders are; only what has not moved since, and no entrance was added. Used by the
+  /// thread that reads.
   std::unordered_map<std::uint64_t, Paths> resolved_;
+  std::uint64_t resolvedAfter_ = 0;  ///< times entered
 };
 
 }  // namespace zelnor::platform

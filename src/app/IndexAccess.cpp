@@ -23,6 +23,7 @@ IndexAccess::IndexAccess(const FileIndexActor::Surroundings& surroundings,
     : writerLock_(lockForWriting(surroundings.dataFolder)),
       indexer_(makeIndexer(writerLock_.has_value(), surroundings)),
       database_(surroundings.dataFolder, interactive, DatabaseManager::Access::readOnly),
-      engine_(database_, interactive) {}
+      matchers_(tasks::processorCount()),
+      engine_(database_, matchers_.executor()) {}
 
 }  // namespace zelnor::app

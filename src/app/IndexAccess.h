@@ -7,6 +7,7 @@
 #include "platform/FileLock.h"
 #include "search/SearchEngine.h"
 #include "store/DatabaseManager.h"
+#include "tasks/ThreadPool.h"
 
 namespace zelnor::app {
 
@@ -29,6 +30,7 @@ class IndexAccess {
   std::optional<platform::FileLock> writerLock_;  // held for as long as the index is open
   std::optional<FileIndexActor> indexer_;
   DatabaseManager database_;
+  tasks::ThreadPool matchers_;  // threads of their own: a long search leaves timers theirs
   SearchEngine engine_;
 };
 

@@ -158,33 +158,29 @@ class SearchViewModel::Tasks {
   static tasks::Async<FirstPage> firstPage(SearchSource& source, const SearchQuery& query,
                                            std::int64_t limit, const std::stop_token& stop) {
     FirstPage page;
-    switch (query.mode.kind) {
-      case SearchMode::Kind::empty:
-        break;
-      case SearchMode::Kind::regex:
-        page.results = co_await source.search(query, std::numeric_limits<std::int64_t>::max(), 0);
-        page.count = sizeOf(page.results);
-        break;
-      case SearchMode::Kind::fts:
-      case SearchMode::Kind::glob:
-        page.results = co_await source.search(query, limit, 0);
-        if (!stop.stop_requested()) page.count = co_await source.searchCount(query);
-        break;
-    }
+    if (query.mode.kind == SearchMode::Kind::empty) co_return page;
+    const bool comesWhole = query.mode.kind == SearchMode::Kind::regex;
+    if (comesWhole) limit = std::numeric_limits<std::int64_t>::max();
+    auto found = co_await source.search(query, limit, /*offset=*/0, stop);
+    page.isIncomplete = found.isIncomplete;
+    page.results = std::move(found.results);
+    page.count = sizeOf(page.results);
+    if (comesWhole || stop.stop_requested()) co_return page;
+    page.count = co_await source.searchCount(query, stop);
     co_return page;
   }
 
   static tasks::Async<void> nextPage(SearchServices services, Owner owner, SearchQuery query,
                                      std::int64_t offset, std::stop_token stop) {
-    std::optional<Results> page;
+    std::optional<SearchPage> page;
     try {
-      page = co_await services.source.search(query, kPageSize, offset);
+      page = co_await services.source.search(query, kPageSize, offset, stop);
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the rows that are there stay
                                        // usable
     }
     if (stop.stop_requested() || !owner) co_return;
     if (page) {
-      owner->pageArrived(std::move(*page));
+      owner->pageArrived(std::move(page->results));
     } else {
       owner->pageMissed();
     }
@@ -282,6 +278,7 @@ void SearchViewModel::clearResults() {
   if (!results_.empty()) update.resultsDid(ResultsChange::replaced);
   tasks_->free(std::exchange(results_, {}));
   update.set(resultCount_, 0, &SearchViewModel::resultCountChanged);
+  update.set(isIncomplete_, false, &SearchViewModel::isIncompleteChanged);
   update.set(isSearching_, false, &SearchViewModel::isSearchingChanged);
   update.set(isLoadingMore_, false, &SearchViewModel::isLoadingMoreChanged);
 }
@@ -340,7 +337,7 @@ void SearchViewModel::indexChanged() {
 
 void SearchViewModel::refreshed(FirstPage page) {
   // All of each row: one that was moved keeps its id.
-  if (page.count == totalCount_ && page.results == results_) {
+  if (page.count == totalCount_ && page.isIncomplete == isIncomplete_ && page.results == results_) {
     tasks_->free(std::move(page.results));
     return;
   }
@@ -356,6 +353,7 @@ void SearchViewModel::show(Update& update, FirstPage page, ResultsChange change)
   currentOffset_ = sizeOf(results_);
   update.set(hasMore_, sizeOf(results_) < page.count, &SearchViewModel::hasMoreChanged);
   update.set(resultCount_, page.count, &SearchViewModel::resultCountChanged);
+  update.set(isIncomplete_, page.isIncomplete, &SearchViewModel::isIncompleteChanged);
 }
 
 /// The ids of the selected files in `rows`: a file that changed has a new id at its path, one that

@@ -62,6 +62,8 @@ class SearchViewModel final : public QObject {
   [[nodiscard]] std::int64_t totalCount() const { return totalCount_; }
   /// The number to show: the matches of the last search, or the rows that `removeResults` left.
   [[nodiscard]] std::int64_t resultCount() const { return resultCount_; }
+  /// There may be more matches than are counted: some names took too long to look at.
+  [[nodiscard]] bool isIncomplete() const { return isIncomplete_; }
   [[nodiscard]] bool hasMore() const { return hasMore_; }
   /// Why the last search failed, in words for the user.
   [[nodiscard]] const std::optional<std::string>& errorMessage() const { return errorMessage_; }
@@ -110,6 +112,7 @@ class SearchViewModel final : public QObject {
   void sortAscendingChanged();
   void totalCountChanged();
   void resultCountChanged();
+  void isIncompleteChanged();
   void hasMoreChanged();
   void errorMessageChanged();
   void recentSearchesChanged();
@@ -120,6 +123,7 @@ class SearchViewModel final : public QObject {
   struct FirstPage {
     std::vector<SearchResult> results;
     std::int64_t count = 0;
+    bool isIncomplete = false;
   };
 
   void clearResults();
@@ -141,6 +145,7 @@ class SearchViewModel final : public QObject {
   bool sortAscending_ = true;
   std::int64_t totalCount_ = 0;
   std::int64_t resultCount_ = 0;
+  bool isIncomplete_ = false;
   bool hasMore_ = false;
   std::optional<std::string> errorMessage_;
   std::int64_t currentOffset_ = 0;

@@ -12,6 +12,7 @@
 #include "platform/UserFolders.h"
 #include "store/DatabaseError.h"
 #include "store/SchemaManager.h"
+#include "tasks/Cancellation.h"
 
 namespace zelnor {
 
@@ -55,6 +56,28 @@ ConnectionHandle connect(const std::string& path, int flags) {
   sqlite3_busy_timeout(connection, kBusyTimeoutMilliseconds);
   return handle;
 }
+
+/// While it lives, the connection's statements fail soon after `stop` is requested.
+class Stoppable {
+ public:
+  /// Throws if it is requested already.
+  Stoppable(sqlite3* connection, const std::stop_token& stop) : connection_(connection) {
+    tasks::throwIfStopped(stop);
+    const auto isStopped = [](void* token) {
+      return static_cast<int>(static_cast<const std::stop_token*>(token)->stop_requested());
+    };
+    // SQLite only hands the pointer back, and knows no const.
+    sqlite3_progress_handler(connection_, kStepsBetweenLooks, isStopped,
+                             const_cast<std::stop_token*>(&stop));  // NOLINT(*-const-cast)
+  }
+  Stoppable(const Stoppable&) = delete;
+  Stoppable& operator=(const Stoppable&) = delete;
+  ~Stoppable() { sqlite3_progress_handler(connection_, 0, nullptr, nullptr); }
+
+ private:
+  static constexpr int kStepsBetweenLooks = 1000;  // of SQLite's machine: a millisecond at most
+  sqlite3* connection_;
+};
 
 FileRecord readRecord(const Statement& row) {
   FileRecord record;
@@ -300,7 +323,9 @@ std::int64_t IndexDatabase::totalFileCount() {
   return count.step() ? count.integer(0) : 0;
 }
 
-std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std::int64_t limit) {
+std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std::int64_t limit,
+                                              const std::stop_token& stop) {
+  const Stoppable stoppable(connection_.get(), stop);
   const auto run = selects_.run(select);
   std::vector<FileRecord> records;
   records.reserve(static_cast<std::size_t>(std::clamp<std::int64_t>(limit, 0, kReservedRows)));
@@ -308,6 +333,7 @@ std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std
     appendRecords(*run, records);
   } catch (const DatabaseError&) {
     // A page that ends early is still a page: the user sees what was found.
+    tasks::throwIfStopped(stop);
   }
   return records;
 }
@@ -319,11 +345,14 @@ std::vector<FileRecord> IndexDatabase::allRecords(const SelectStatement& select)
   return records;
 }
 
-std::int64_t IndexDatabase::searchCount(const SelectStatement& select) {
+std::int64_t IndexDatabase::searchCount(const SelectStatement& select,
+                                        const std::stop_token& stop) {
+  const Stoppable stoppable(connection_.get(), stop);
   const auto run = selects_.run(select);
   try {
     return run->step() ? run->integer(0) : 0;
   } catch (const DatabaseError&) {
+    tasks::throwIfStopped(stop);
     return 0;
   }
 }

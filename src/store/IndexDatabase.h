@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -36,10 +37,11 @@ class IndexDatabase {
   void deleteByPaths(std::span<const std::string> paths);
   FileChanges moveRows(FileChanges changes);
   std::int64_t totalFileCount();
-  std::vector<FileRecord> search(const SelectStatement& select, std::int64_t limit);
+  std::vector<FileRecord> search(const SelectStatement& select, std::int64_t limit,
+                                 const std::stop_token& stop = {});
   /// Like `search`, but an error while stepping is an error.
   std::vector<FileRecord> allRecords(const SelectStatement& select);
-  std::int64_t searchCount(const SelectStatement& select);
+  std::int64_t searchCount(const SelectStatement& select, const std::stop_token& stop = {});
   void rebuildFTS();
   void clearAll();
   std::vector<FileRecord> lacking(std::vector<FileRecord> records);

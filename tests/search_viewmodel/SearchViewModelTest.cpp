@@ -59,6 +59,10 @@ class SearchViewModelTest : public testing::Test {
     filter.category = FileTypeCategory::image;
     return filter;
   }
+  void refresh() {
+    model_->indexChanged();
+    pass(SearchViewModel::kRefreshPause);
+  }
   [[nodiscard]] Ids ids() const {
     Ids ids;
     for (const auto& result : model_->results()) ids.push_back(result.id());
@@ -197,6 +201,51 @@ TEST_F(SearchViewModelTest, OnlyTheLatestSearchCounts) {
   release();
   EXPECT_EQ(model_->results().size(), 5U);
   EXPECT_THAT(model_->recentSearches(), ElementsAre("new"));
+}
+
+TEST_F(SearchViewModelTest, WhatIsGivenUpIsStopped) {
+  source_.matches = 450;
+  search("report");
+  source_.isHeld = true;
+  model_->loadMore();
+  settle();
+  search("invoice");
+  search("bill");
+  EXPECT_FALSE(source_.searches.back().stop.stop_requested());
+  model_->setQueryText("");
+  ASSERT_EQ(source_.searches.size(), 4U);
+  for (std::size_t i = 1; i < 4; ++i) {
+    EXPECT_TRUE(source_.searches[i].stop.stop_requested()) << source_.searches[i].query.text;
+  }
+  while (source_.waiting() > 0) release();
+
+  source_.isHeld = false;
+  search("report");
+  source_.isHeld = true;
+  refresh();
+  ASSERT_EQ(source_.waiting(), 1U);
+  search("bill");
+  EXPECT_TRUE(source_.searches.at(5).stop.stop_requested()) << "the refresh of what was there";
+  while (source_.waiting() > 0) release();
+}
+
+TEST_F(SearchViewModelTest, TellsWhenThereMayBeMoreMatchesThanItKnows) {
+  int signals = 0;
+  QObject::connect(model_.get(), &SearchViewModel::isIncompleteChanged, [&] { ++signals; });
+  source_.matches = 3;
+  source_.isIncomplete = true;
+  search("r:^name");
+  EXPECT_TRUE(model_->isIncomplete());
+  EXPECT_EQ(model_->resultCount(), 3);
+  source_.isIncomplete = false;
+  refresh();
+  EXPECT_FALSE(model_->isIncomplete());
+  source_.isIncomplete = true;
+  refresh();
+  EXPECT_TRUE(model_->isIncomplete());
+  model_->setQueryText("");
+  EXPECT_FALSE(model_->isIncomplete());
+  EXPECT_EQ(signals, 4);
 }
 
 TEST_F(SearchViewModelTest, ARegularExpressionComesInOneList) {

@@ -40,7 +40,8 @@ std::vector<QueryMeasurement> measureAll(const Options& options) {
   tasks::RunLoop loop;
   const tasks::ThreadPool pool(1);
   DatabaseManager database(options.data, pool.executor(), DatabaseManager::Access::readOnly);
-  SearchEngine engine(database, pool.executor());
+  const tasks::ThreadPool matchers(tasks::processorCount());
+  SearchEngine engine(database, matchers.executor());
   const BareSearch bare(options.data);
 
   QueryRunner runner(engine, pool.executor(), bare, loop, options.effort);

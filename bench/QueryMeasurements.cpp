@@ -39,8 +39,9 @@ nlohmann::ordered_json json(const Comparison& comparison) {
 }  // namespace
 
 tasks::Async<std::int64_t> QueryRunner::page(SearchQuery query) {
-  const auto rows = co_await engine_.search(std::move(query), kPageSize, /*offset=*/0);
-  co_return static_cast<std::int64_t>(rows.size());
+  auto search = engine_.search(std::move(query), kPageSize, /*offset=*/0, /*stop=*/{});
+  const auto page = co_await std::move(search);
+  co_return static_cast<std::int64_t>(page.results.size());
 }
 
 tasks::Async<double> QueryRunner::timedOnPool(const Search& search) const {
@@ -61,7 +62,7 @@ QueryMeasurement QueryRunner::measure(const QueryCase& queryCase) {
   result.name = queryCase.name;
   result.text = query.text;
   const Search enginePage = [&] { return page(query); };
-  const Search engineCount = [&] { return engine_.searchCount(query); };
+  const Search engineCount = [&] { return engine_.searchCount(query, /*stop=*/{}); };
   result.matches = loop_.await(isRegularExpression ? enginePage() : engineCount());
 
   if (isRegularExpression) {

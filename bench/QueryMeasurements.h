@@ -39,7 +39,7 @@ struct QueryMeasurement {
 
 void to_json(nlohmann::ordered_json& result, const QueryMeasurement& measurement);
 
-/// Measures searches on an engine that answers on `pool`, a single thread.
+/// Measures searches on an engine whose database is on `pool`, a single thread.
 class QueryRunner {
  public:
   static constexpr std::int64_t kPageSize = 200;

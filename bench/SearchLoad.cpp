@@ -49,8 +49,8 @@ void SearchLoad::run(const std::stop_token& stop) {
   for (std::size_t i = 0; !stop.stop_requested(); ++i) {
     const auto& query = queries_[i % queries_.size()];
     const Stopwatch watch;
-    loop.await(engine.search(query, kPageSize, /*offset=*/0));
-    loop.await(engine.searchCount(query));
+    loop.await(engine.search(query, kPageSize, /*offset=*/0, /*stop=*/{}));
+    loop.await(engine.searchCount(query, /*stop=*/{}));
     times_.push_back(watch.seconds());
     std::this_thread::sleep_for(kPause);
   }

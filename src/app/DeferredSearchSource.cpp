@@ -4,16 +4,18 @@
 
 namespace zelnor::app {
 
-tasks::Async<std::vector<SearchResult>> DeferredSearchSource::search(SearchQuery query,
-                                                                     std::int64_t limit,
-                                                                     std::int64_t offset) {
+tasks::Async<SearchPage> DeferredSearchSource::search(SearchQuery query, std::int64_t limit,
+                                                      std::int64_t offset, std::stop_token stop) {
   auto* source = co_await Source::wait(source_);
-  co_return co_await source->search(std::move(query), limit, offset);
+  auto found = source->search(std::move(query), limit, offset, std::move(stop));
+  co_return co_await std::move(found);
 }
 
-tasks::Async<std::int64_t> DeferredSearchSource::searchCount(SearchQuery query) {
+tasks::Async<std::int64_t> DeferredSearchSource::searchCount(SearchQuery query,
+                                                             std::stop_token stop) {
   auto* source = co_await Source::wait(source_);
-  co_return co_await source->searchCount(std::move(query));
+  auto counted = source->searchCount(std::move(query), std::move(stop));
+  co_return co_await std::move(counted);
 }
 
 }  // namespace zelnor::app

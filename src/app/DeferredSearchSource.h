@@ -11,9 +11,9 @@ namespace zelnor::app {
 /// A search source that can be asked before the real one is there: who asks early waits.
 class DeferredSearchSource final : public SearchSource {
  public:
-  tasks::Async<std::vector<SearchResult>> search(SearchQuery query, std::int64_t limit,
-                                                 std::int64_t offset) override;
-  tasks::Async<std::int64_t> searchCount(SearchQuery query) override;
+  tasks::Async<SearchPage> search(SearchQuery query, std::int64_t limit, std::int64_t offset,
+                                  std::stop_token stop) override;
+  tasks::Async<std::int64_t> searchCount(SearchQuery query, std::stop_token stop) override;
 
   /// From now on `source` answers; it outlives its last answer.
   void open(SearchSource& source) { source_->set(&source); }

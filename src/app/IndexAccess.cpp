@@ -21,10 +21,11 @@ struct IndexAccess::Writer {
 
 struct IndexAccess::Searcher {
   Searcher(const std::string& folder, const tasks::Executor& executor)
-      : database(folder, executor, DatabaseManager::Access::readOnly), engine(database, executor) {}
+      : database(folder, executor, DatabaseManager::Access::readOnly) {}
 
   DatabaseManager database;
-  SearchEngine engine;
+  tasks::ThreadPool matchers{tasks::processorCount()};  // a long search leaves timers theirs
+  SearchEngine engine{database, matchers.executor()};
 };
 
 IndexAccess::IndexAccess(FileIndexActor::Surroundings surroundings, tasks::Executor interactive,

@@ -41,7 +41,7 @@ FindCommand::FindCommand(const Options& options, const IndexLocation& location,
                          StandardOutput& output)
     : options_(options),
       output_(output),
-      pool_(/*threads=*/1),
+      pool_(tasks::processorCount()),
       database_(existingIndex(location), pool_.executor(), DatabaseManager::Access::readOnly),
       engine_(database_, pool_.executor()) {}
 
@@ -61,13 +61,20 @@ ExitStatus FindCommand::find(const std::string& text) {
 }
 
 std::int64_t FindCommand::count(const SearchQuery& query) {
-  if (query.mode.kind != SearchMode::Kind::regex) return loop_.await(engine_.searchCount(query));
-  return static_cast<std::int64_t>(
-      loop_.await(engine_.search(query, options_.limit, /*offset=*/0)).size());
+  if (query.mode.kind == SearchMode::Kind::regex)
+    return static_cast<std::int64_t>(expressionMatches(query).size());
+  return loop_.await(engine_.searchCount(query, /*stop=*/{}));
+}
+
+std::vector<SearchResult> FindCommand::expressionMatches(const SearchQuery& query) {
+  // An expression's matches all come at once, whatever the limit.
+  auto page = loop_.await(engine_.search(query, options_.limit, /*offset=*/0, /*stop=*/{}));
+  if (page.isIncomplete) report("there may be more matches: some names took too long to look at");
+  return std::move(page.results);
 }
 
 std::int64_t FindCommand::printExpressionMatches(const SearchQuery& query) {
-  auto results = loop_.await(engine_.search(query, options_.limit, /*offset=*/0));
+  auto results = expressionMatches(query);
   if (std::cmp_greater(results.size(), options_.limit))
     results.resize(static_cast<std::size_t>(options_.limit));
   print(results);
@@ -78,7 +85,7 @@ std::int64_t FindCommand::printPages(const SearchQuery& query) {
   std::int64_t printed = 0;
   while (printed < options_.limit) {
     const auto rows = std::min(options_.limit - printed, kPageRows);
-    const auto page = loop_.await(engine_.search(query, rows, printed));
+    const auto page = loop_.await(engine_.search(query, rows, printed, /*stop=*/{})).results;
     print(page);
     printed += static_cast<std::int64_t>(page.size());
     if (std::cmp_less(page.size(), rows)) break;

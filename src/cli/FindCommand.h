@@ -19,8 +19,9 @@ class FindCommand {
   /// Opens the index. Throws Failure if there is none, DatabaseError if it cannot be read.
   FindCommand(const Options& options, const IndexLocation& location, StandardOutput& output);
 
-  /// Prints what the text finds. Throws Failure for a text with nothing to find and for a regular
-  /// expression that does not compile, DatabaseError, and what the output throws.
+  /// Prints what the text finds. Says on standard error if there may be more. Throws Failure for a
+  /// text with nothing to find and for a regular expression that does not compile, DatabaseError,
+  /// and what the output throws.
   ExitStatus find(const std::string& text);
 
   /// Answers each line of standard input. A query that cannot be answered is reported, and the next
@@ -32,6 +33,7 @@ class FindCommand {
 
  private:
   std::int64_t count(const SearchQuery& query);
+  std::vector<SearchResult> expressionMatches(const SearchQuery& query);
   std::int64_t printExpressionMatches(const SearchQuery& query);
   std::int64_t printPages(const SearchQuery& query);
   void print(const std::vector<SearchResult>& results);

@@ -7,14 +7,11 @@
 #include <system_error>
 #include <utility>
 
+#include "tasks/Cancellation.h"
+
 namespace zelnor {
 
 namespace {
-
-/// Ends a load that was asked to stop.
-struct Stopped : std::exception {
-  [[nodiscard]] const char* what() const noexcept override { return "stopped"; }
-};
 
 /// Ends the spool however the draining ends, so that its reader does not wait for ever.
 class SpoolFinisher {
@@ -100,7 +97,7 @@ tasks::Async<bool> IndexFiller::canGoOn(const IndexConfiguration& config) {
 
 tasks::Async<void> IndexFiller::load(const IndexConfiguration& config, Start start, Visitor visitor,
                                      std::stop_token stop) {
-  if (stop.stop_requested()) throw Stopped();
+  tasks::throwIfStopped(stop);
   auto& database = parts_.database;
   writtenRecords_ = 0;
   if (start == Start::empty) {
@@ -153,12 +150,12 @@ tasks::Async<bool> IndexFiller::loadOnce(const IndexConfiguration& config, bool 
 tasks::Async<void> IndexFiller::write(BatchSpool& spool, bool onlyLacking, std::stop_token stop) {
   while (auto batch = co_await spool.next()) {
     if (onlyLacking) batch = co_await parts_.database.lacking(std::move(*batch));
-    if (stop.stop_requested()) throw Stopped();
+    tasks::throwIfStopped(stop);
     writtenRecords_ += static_cast<std::int64_t>(batch->size());
     const auto difference = co_await parts_.database.batchInsert(std::move(*batch));
     parts_.written(writtenRecords_, difference);
   }
-  if (stop.stop_requested()) throw Stopped();
+  tasks::throwIfStopped(stop);
 }
 
 }  // namespace zelnor

@@ -37,7 +37,7 @@ class IndexFiller {
   /// Returns when the index holds everything that there is; merging is left to be done. `visitor`,
   /// if there is one, is told of every folder before it is listed. When it fails, or `stop` is
   /// requested, what was written stays, nothing goes on, and the index is as fast to use as before.
-  /// Throws DatabaseError and std::system_error; std::exception when stopped.
+  /// Throws DatabaseError and std::system_error, which is `tasks::cancelled()` when stopped.
   tasks::Async<void> fill(IndexConfiguration config, Start start, Visitor visitor,
                           std::stop_token stop);
 

@@ -1,6 +1,7 @@
 #include "search/DatePreset.h"
 
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 
 #include <unicode/calendar.h>
@@ -16,10 +17,20 @@ void check(UErrorCode status) {
   if (U_FAILURE(status)) throw std::runtime_error(u_errorName(status));
 }
 
+/// The zone that the system is set to now; ICU's default is the one of its first use.
+std::unique_ptr<icu::TimeZone> timeZoneOfUser() {
+  static std::mutex mutex;  // ICU finds it out in memory of its own
+  const std::scoped_lock lock(mutex);
+  return std::unique_ptr<icu::TimeZone>(icu::TimeZone::detectHostTimeZone());
+}
+
+std::unique_ptr<icu::TimeZone> timeZoneNamed(const std::string& name) {
+  return std::unique_ptr<icu::TimeZone>(
+      icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name)));
+}
+
 std::unique_ptr<icu::Calendar> calendarAt(Date now, const std::string& timeZone) {
-  auto zone = std::unique_ptr<icu::TimeZone>(
-      timeZone.empty() ? icu::TimeZone::createDefault()
-                       : icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(timeZone)));
+  auto zone = timeZone.empty() ? timeZoneOfUser() : timeZoneNamed(timeZone);
   UErrorCode status = U_ZERO_ERROR;
   std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(zone.release(), status));
   check(status);

@@ -26,8 +26,8 @@ inline constexpr std::array kCases<DatePreset>{
 
 /// The start of the preset's range, to the millisecond, or nothing if it has none. Days, months and
 /// years are those of the user's calendar in `timeZone` (a name such as "Europe/Paris"; empty for
-/// the user's own): the time of day stays, and a day that a shorter month lacks becomes that
-/// month's last.
+/// the one that the system is set to by now): the time of day stays, and a day that a shorter month
+/// lacks becomes that month's last.
 std::optional<Date> fromDate(DatePreset preset, Date now, const std::string& timeZone = {});
 
 }  // namespace zelnor

@@ -1,18 +1,17 @@
 #include "search/RegularExpression.h"
 
 #include <cstdint>
+#include <new>
 #include <utility>
 
 #include <unicode/uregex.h>
 #include <unicode/ustring.h>
 
+#include "search/RequiredLiteral.h"
+
 namespace zelnor {
 
 namespace {
-
-/// In ICU's ticks of 10,000 saved states, of which a millisecond has three or so. No name of 255
-/// bytes needs more than five for an expression whose work grows with the square of the length.
-constexpr std::int32_t kTicksPerName = 32;
 
 constexpr UChar32 kReplacementCharacter = 0xFFFD;
 
@@ -27,6 +26,11 @@ void convert(std::string_view utf8, std::u16string& text) {
   text.resize(U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0);
 }
 
+/// Called by ICU whenever it has saved 10,000 more states to come back to.
+UBool goOn(const void* context, std::int32_t ticks) {
+  return static_cast<UBool>((*static_cast<const RegularExpression::Patience*>(context))(ticks));
+}
+
 }  // namespace
 
 void RegularExpression::Close::operator()(URegularExpression* expression) const {
@@ -39,17 +43,30 @@ std::optional<RegularExpression> RegularExpression::compile(std::string_view pat
   UErrorCode status = U_ZERO_ERROR;
   Handle expression(uregex_open(text.data(), static_cast<std::int32_t>(text.size()),
                                 UREGEX_CASE_INSENSITIVE, nullptr, &status));
-  uregex_setTimeLimit(expression.get(), kTicksPerName, &status);
   if (U_FAILURE(status)) return std::nullopt;
-  return RegularExpression(std::move(expression));
+  return RegularExpression(std::move(expression), requiredLiteral(pattern));
 }
 
-bool RegularExpression::isFoundIn(std::string_view name) {
+RegularExpression RegularExpression::clone() const {
+  UErrorCode status = U_ZERO_ERROR;
+  Handle copy(uregex_clone(expression_.get(), &status));
+  if (U_FAILURE(status)) throw std::bad_alloc();
+  return {std::move(copy), literal_};
+}
+
+bool RegularExpression::mayBeFoundIn(std::string_view name) const {
+  return mayHoldLiteral(name, literal_);
+}
+
+RegularExpression::Answer RegularExpression::lookIn(std::string_view name,
+                                                    const Patience& patience) {
   convert(name, name_);
   UErrorCode status = U_ZERO_ERROR;
+  uregex_setMatchCallback(expression_.get(), goOn, &patience, &status);
   uregex_setText(expression_.get(), name_.data(), static_cast<std::int32_t>(name_.size()), &status);
   const bool found = uregex_find(expression_.get(), /*startIndex=*/0, &status) != 0;
-  return found && U_SUCCESS(status) != 0;
+  if (U_FAILURE(status)) return Answer::givenUp;
+  return found ? Answer::found : Answer::notFound;
 }
 
 }  // namespace zelnor

@@ -1,28 +1,48 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
+#include <stop_token>
 #include <vector>
 
 #include "search/RegularExpression.h"
 #include "store/FileRecord.h"
+#include "tasks/Async.h"
 
 namespace zelnor {
 
-/// How long one search by regular expression may look at names: a second, less the time to list
-/// them. Ordinary expressions need a tenth of it for 50,000 names of 255 bytes.
-struct MatchBudget {
-  using Clock = std::chrono::steady_clock;
+/// The processor time that the calling thread has used.
+std::chrono::nanoseconds processorTimeOfThread();
 
-  Clock::duration limit = std::chrono::milliseconds(700);
-  std::function<Clock::time_point()> now = Clock::now;
+/// What one search by regular expression may spend. Processor time, because a busy machine, or one
+/// that was asleep, must not find less.
+///
+/// Ordinary expressions need 0.1 s for 50,000 names; those that backtrack may take minutes for one.
+/// So names are looked at in two rounds: the first gives each only a moment, the second goes on
+/// with those that need longer.
+struct MatchBudget {
+  /// Of all threads together, for each of the two rounds: names that altogether take no longer are
+  /// all looked at to the end.
+  std::chrono::nanoseconds processorTime = std::chrono::seconds(5);
+  /// After so many ticks (see RegularExpression::Patience), about 0.3 s, a name is given up.
+  std::int32_t ticksPerName = 2000;
+  /// How the time is measured; called on each thread that looks at names.
+  std::function<std::chrono::nanoseconds()> timeOfThread = processorTimeOfThread;
 };
 
-/// The records in whose name the expression is found, in their order. When the budget is used up,
-/// the names not looked at yet do not match: those are the longest, on which an expression that
-/// backtracks without end spends the most.
-std::vector<FileRecord> matchingRecords(RegularExpression& expression,
-                                        std::vector<FileRecord> records,
-                                        const MatchBudget& budget = {});
+/// The records in whose name an expression is found, in their order.
+struct MatchingRecords {
+  std::vector<FileRecord> records;
+  bool isIncomplete = false;  ///< names were given up, which may match or not
+};
+
+/// Looks for `expression` in the names of `records`, on as many threads of `executor` as there are
+/// processors, if it has them. Once `stop` is requested it ends, also in the middle of a name, and
+/// throws `tasks::cancelled()`.
+tasks::Async<MatchingRecords> matchingRecords(RegularExpression expression,
+                                              std::vector<FileRecord> records,
+                                              tasks::Executor executor, MatchBudget budget,
+                                              std::stop_token stop);
 
 }  // namespace zelnor

@@ -1,11 +1,12 @@
 #include "search/SearchEngine.h"
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
+#include <vector>
+
+#include <asio/co_spawn.hpp>
+#include <asio/use_awaitable.hpp>
 
 #include "search/RegularExpression.h"
-#include "search/RegularExpressionSearch.h"
 #include "search/SearchStatements.h"
 
 namespace zelnor {
@@ -23,29 +24,38 @@ std::vector<SearchResult> results(std::vector<FileRecord> records) {
 
 }  // namespace
 
-tasks::Async<std::vector<SearchResult>> SearchEngine::search(SearchQuery query, std::int64_t limit,
-                                                             std::int64_t offset) {
-  if (query.mode.kind == SearchMode::Kind::empty) co_return std::vector<SearchResult>{};
-  if (query.mode.kind == SearchMode::Kind::regex)
-    co_return co_await searchByExpression(std::move(query));
-  co_return results(co_await database_.search(buildSearchSQL(query, limit, offset), limit));
+tasks::Async<SearchPage> SearchEngine::search(SearchQuery query, std::int64_t limit,
+                                              std::int64_t offset, std::stop_token stop) {
+  if (query.mode.kind == SearchMode::Kind::empty) co_return SearchPage{};
+  if (query.mode.kind == SearchMode::Kind::regex) {
+    auto found = searchByExpression(std::move(query), std::move(stop));
+    co_return co_await asio::co_spawn(matchers_, std::move(found), asio::use_awaitable);
+  }
+  auto statement = buildSearchSQL(query, limit, offset);
+  auto found = database_.search(std::move(statement), limit, std::move(stop));
+  auto records = co_await std::move(found);
+  co_return SearchPage{results(std::move(records))};
 }
 
-tasks::Async<std::vector<SearchResult>> SearchEngine::searchByExpression(SearchQuery query) {
-  co_return co_await onActor([&]() -> tasks::Async<std::vector<SearchResult>> {
-    auto expression = RegularExpression::compile(query.mode.pattern);
-    if (!expression) co_return std::vector<SearchResult>{};
-    const auto everything =
-        SearchQuery::parsed("", query.filter, query.sortBy, query.sortAscending);
-    const auto listing = buildSearchSQL(everything, kExpressionScanRows, /*offset=*/0);
-    auto records = co_await database_.search(listing, kExpressionScanRows);
-    co_return results(matchingRecords(*expression, std::move(records)));
-  });
+/// Runs on the matchers.
+tasks::Async<SearchPage> SearchEngine::searchByExpression(SearchQuery query, std::stop_token stop) {
+  auto expression = RegularExpression::compile(query.mode.pattern);
+  if (!expression) co_return SearchPage{};
+  const auto everything = SearchQuery::parsed("", query.filter, query.sortBy, query.sortAscending);
+  auto listing = buildSearchSQL(everything, kExpressionScanRows, /*offset=*/0);
+  auto listed = database_.search(std::move(listing), kExpressionScanRows, stop);
+  auto records = co_await std::move(listed);
+  auto matching =
+      matchingRecords(std::move(*expression), std::move(records), matchers_, budget_, stop);
+  auto found = co_await std::move(matching);
+  co_return SearchPage{results(std::move(found.records)), found.isIncomplete};
 }
 
-tasks::Async<std::int64_t> SearchEngine::searchCount(SearchQuery query) {
+tasks::Async<std::int64_t> SearchEngine::searchCount(SearchQuery query, std::stop_token stop) {
   if (query.mode.kind == SearchMode::Kind::empty) co_return 0;
-  co_return co_await database_.searchCount(buildCountSQL(query));
+  auto statement = buildCountSQL(query);
+  auto counted = database_.searchCount(std::move(statement), std::move(stop));
+  co_return co_await std::move(counted);
 }
 
 tasks::Async<std::int64_t> SearchEngine::totalIndexedCount() { return database_.totalFileCount(); }

@@ -21,7 +21,7 @@ namespace {
 
 using Results = std::vector<SearchResult>;
 
-/// While the index goes on changing, a refresh takes at most one part in so many of a core.
+/// While the index goes on changing, refreshes run for at most one part in so many of the time.
 constexpr int kRefreshShare = 4;
 
 constexpr std::string_view kFailurePrefix = "搜索失败：";
@@ -158,33 +158,29 @@ class SearchViewModel::Tasks {
   static tasks::Async<FirstPage> firstPage(SearchSource& source, const SearchQuery& query,
                                            std::int64_t limit, const std::stop_token& stop) {
     FirstPage page;
-    switch (query.mode.kind) {
-      case SearchMode::Kind::empty:
-        break;
-      case SearchMode::Kind::regex:
-        page.results = co_await source.search(query, std::numeric_limits<std::int64_t>::max(), 0);
-        page.count = sizeOf(page.results);
-        break;
-      case SearchMode::Kind::fts:
-      case SearchMode::Kind::glob:
-        page.results = co_await source.search(query, limit, 0);
-        if (!stop.stop_requested()) page.count = co_await source.searchCount(query);
-        break;
-    }
+    if (query.mode.kind == SearchMode::Kind::empty) co_return page;
+    const bool comesWhole = query.mode.kind == SearchMode::Kind::regex;
+    if (comesWhole) limit = std::numeric_limits<std::int64_t>::max();
+    auto found = co_await source.search(query, limit, /*offset=*/0, stop);
+    page.isIncomplete = found.isIncomplete;
+    page.results = std::move(found.results);
+    page.count = sizeOf(page.results);
+    if (comesWhole || stop.stop_requested()) co_return page;
+    page.count = co_await source.searchCount(query, stop);
     co_return page;
   }
 
   static tasks::Async<void> nextPage(SearchServices services, Owner owner, SearchQuery query,
                                      std::int64_t offset, std::stop_token stop) {
-    std::optional<Results> page;
+    std::optional<SearchPage> page;
     try {
-      page = co_await services.source.search(query, kPageSize, offset);
+      page = co_await services.source.search(query, kPageSize, offset, stop);
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the rows that are there stay
                                        // usable
     }
     if (stop.stop_requested() || !owner) co_return;
     if (page) {
-      owner->pageArrived(std::move(*page));
+      owner->pageArrived(std::move(page->results));
     } else {
       owner->pageMissed();
     }
@@ -211,7 +207,8 @@ class SearchViewModel::Tasks {
         co_return;
       }
       if (page) owner->refreshed(std::move(*page));
-      pause = std::max(pause, kRefreshShare * (services.clock.now() - asked));
+      pause = std::max<tasks::Clock::Duration>(kRefreshPause,
+                                               kRefreshShare * (services.clock.now() - asked));
     } while (owner && owner->tasks_->isStale_);
   }
   [[nodiscard]] bool isRefreshing() const {
@@ -281,7 +278,9 @@ void SearchViewModel::clearResults() {
   Update update(*this);
   if (!results_.empty()) update.resultsDid(ResultsChange::replaced);
   tasks_->free(std::exchange(results_, {}));
+  removed_.clear();
   update.set(resultCount_, 0, &SearchViewModel::resultCountChanged);
+  update.set(isIncomplete_, false, &SearchViewModel::isIncompleteChanged);
   update.set(isSearching_, false, &SearchViewModel::isSearchingChanged);
   update.set(isLoadingMore_, false, &SearchViewModel::isLoadingMoreChanged);
 }
@@ -294,6 +293,7 @@ void SearchViewModel::performSearch() {
   update.set(errorMessage_, std::nullopt, &SearchViewModel::errorMessageChanged);
   update.set(hasMore_, false, &SearchViewModel::hasMoreChanged);
   currentOffset_ = 0;
+  removed_.clear();
   lastQuery_ = SearchQuery::parsed(queryText_, filter_, sortBy_, sortAscending_);
   tasks_->startSearch(*lastQuery_);
 }
@@ -324,9 +324,13 @@ void SearchViewModel::loadMore() {
 void SearchViewModel::pageArrived(std::vector<SearchResult> page) {
   Update update(*this);
   currentOffset_ += sizeOf(page);
+  if (const auto hidden = leaveOutRemoved(page, /*isWhole=*/false); hidden > 0) {
+    update.set(totalCount_, totalCount_ - hidden, &SearchViewModel::totalCountChanged);
+    update.set(resultCount_, resultCount_ - hidden, &SearchViewModel::resultCountChanged);
+  }
   if (!page.empty()) update.resultsDid(ResultsChange::appended);
   std::ranges::move(page, std::back_inserter(results_));
-  update.set(hasMore_, sizeOf(results_) < totalCount_, &SearchViewModel::hasMoreChanged);
+  update.set(hasMore_, currentOffset_ < matches_, &SearchViewModel::hasMoreChanged);
   update.set(isLoadingMore_, false, &SearchViewModel::isLoadingMoreChanged);
 }
 
@@ -335,27 +339,51 @@ void SearchViewModel::pageMissed() {
 }
 
 void SearchViewModel::indexChanged() {
-  if (lastQuery_ && !errorMessage_) tasks_->startRefresh();
+  if (lastQuery_) tasks_->startRefresh();
 }
 
 void SearchViewModel::refreshed(FirstPage page) {
-  // All of each row: one that was moved keeps its id.
-  if (page.count == totalCount_ && page.results == results_) {
-    tasks_->free(std::move(page.results));
-    return;
-  }
   Update update(*this);
-  update.set(selectedIDs_, selectedAmong(page.results), &SearchViewModel::selectedIDsChanged);
-  show(update, std::move(page), ResultsChange::refreshed);
+  // The rows that are there are those of an earlier search if this one failed.
+  const auto change = errorMessage_ ? ResultsChange::replaced : ResultsChange::refreshed;
+  update.set(errorMessage_, std::nullopt, &SearchViewModel::errorMessageChanged);
+  show(update, std::move(page), change);
 }
 
 void SearchViewModel::show(Update& update, FirstPage page, ResultsChange change) {
-  tasks_->free(std::exchange(results_, std::move(page.results)));
-  update.resultsDid(change);
-  update.set(totalCount_, page.count, &SearchViewModel::totalCountChanged);
-  currentOffset_ = sizeOf(results_);
-  update.set(hasMore_, sizeOf(results_) < page.count, &SearchViewModel::hasMoreChanged);
-  update.set(resultCount_, page.count, &SearchViewModel::resultCountChanged);
+  matches_ = page.count;
+  currentOffset_ = sizeOf(page.results);
+  const bool isWhole = currentOffset_ >= matches_ && !page.isIncomplete;
+  const auto visible = matches_ - leaveOutRemoved(page.results, isWhole);
+  // All of each row is compared: one that was moved keeps its id.
+  if (change != ResultsChange::refreshed || page.results != results_) {
+    if (change == ResultsChange::refreshed)
+      update.set(selectedIDs_, selectedAmong(page.results), &SearchViewModel::selectedIDsChanged);
+    std::swap(results_, page.results);
+    update.resultsDid(change);
+  }
+  tasks_->free(std::move(page.results));
+  update.set(totalCount_, visible, &SearchViewModel::totalCountChanged);
+  update.set(resultCount_, visible, &SearchViewModel::resultCountChanged);
+  update.set(isIncomplete_, page.isIncomplete, &SearchViewModel::isIncompleteChanged);
+  update.set(hasMore_, currentOffset_ < matches_, &SearchViewModel::hasMoreChanged);
+}
+
+/// Takes out of `rows`, which just came, those that were removed and that the index still holds
+/// where they were; answers how many. If `isWhole`, no others will come, and the index has dropped
+/// what is not among them.
+std::int64_t SearchViewModel::leaveOutRemoved(Results& rows, bool isWhole) {
+  if (removed_.empty()) return 0;
+  decltype(removed_) held;
+  const auto hidden = std::erase_if(rows, [&](const SearchResult& row) {
+    auto known = removed_.extract(row.id());
+    if (!known || known.mapped() != row.record.path) return false;
+    held.insert(std::move(known));
+    return true;
+  });
+  if (!isWhole) held.merge(removed_);
+  removed_ = std::move(held);
+  return static_cast<std::int64_t>(hidden);
 }
 
 /// The ids of the selected files in `rows`: a file that changed has a new id at its path, one that
@@ -391,8 +419,11 @@ void SearchViewModel::updateSort(SortField field) {
 void SearchViewModel::removeResults(const IdSet& ids) {
   tasks_->restartRefresh();
   Update update(*this);
-  const auto removed = std::erase_if(
-      results_, [&](const SearchResult& result) { return ids.contains(result.id()); });
+  const auto removed = std::erase_if(results_, [&](const SearchResult& result) {
+    if (!ids.contains(result.id())) return false;
+    removed_.insert_or_assign(result.id(), result.record.path);
+    return true;
+  });
   if (removed > 0) update.resultsDid(ResultsChange::removed);
   update.set(resultCount_, sizeOf(results_), &SearchViewModel::resultCountChanged);
   auto selected = selectedIDs_;

@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <QObject>
@@ -58,10 +59,12 @@ class SearchViewModel final : public QObject {
   [[nodiscard]] const IdSet& selectedIDs() const { return selectedIDs_; }
   [[nodiscard]] SortField sortBy() const { return sortBy_; }
   [[nodiscard]] bool sortAscending() const { return sortAscending_; }
-  /// Matches of the last search, loaded or not.
+  /// Matches of the last search, loaded or not; once refreshed, without removed rows.
   [[nodiscard]] std::int64_t totalCount() const { return totalCount_; }
   /// The number to show: the matches of the last search, or the rows that `removeResults` left.
   [[nodiscard]] std::int64_t resultCount() const { return resultCount_; }
+  /// There may be more matches than are counted: some names took too long to look at.
+  [[nodiscard]] bool isIncomplete() const { return isIncomplete_; }
   [[nodiscard]] bool hasMore() const { return hasMore_; }
   /// Why the last search failed, in words for the user.
   [[nodiscard]] const std::optional<std::string>& errorMessage() const { return errorMessage_; }
@@ -87,12 +90,13 @@ class SearchViewModel final : public QObject {
   /// Sorts by `field`, ascending; the other way round if that was the sort field already. Searches
   /// at once.
   void updateSort(SortField field);
-  /// Forgets rows, for instance of files that were moved to the trash.
+  /// Forgets rows, for instance of files that were moved to the trash. Until the next search they
+  /// do not come back, also while the index still holds them where they were.
   void removeResults(const IdSet& ids);
 
   /// The index may hold other rows now: brings the list up to date after `kRefreshPause`, without
   /// a sign of searching. As many rows as were loaded stay loaded, and selected files stay
-  /// selected.
+  /// selected. After a search that failed its rows come now, if there is no failure any more.
   void indexChanged();
 
   /// Gives up everything under way. Calls `stopped` (main thread) when all of it has ended and
@@ -110,6 +114,7 @@ class SearchViewModel final : public QObject {
   void sortAscendingChanged();
   void totalCountChanged();
   void resultCountChanged();
+  void isIncompleteChanged();
   void hasMoreChanged();
   void errorMessageChanged();
   void recentSearchesChanged();
@@ -120,6 +125,7 @@ class SearchViewModel final : public QObject {
   struct FirstPage {
     std::vector<SearchResult> results;
     std::int64_t count = 0;
+    bool isIncomplete = false;
   };
 
   void clearResults();
@@ -129,6 +135,7 @@ class SearchViewModel final : public QObject {
   void pageMissed();
   void refreshed(FirstPage page);
   void show(Update& update, FirstPage page, ResultsChange change);
+  std::int64_t leaveOutRemoved(std::vector<SearchResult>& rows, bool isWhole);
   [[nodiscard]] IdSet selectedAmong(const std::vector<SearchResult>& rows) const;
 
   std::string queryText_;
@@ -141,9 +148,13 @@ class SearchViewModel final : public QObject {
   bool sortAscending_ = true;
   std::int64_t totalCount_ = 0;
   std::int64_t resultCount_ = 0;
+  bool isIncomplete_ = false;
   bool hasMore_ = false;
   std::optional<std::string> errorMessage_;
-  std::int64_t currentOffset_ = 0;
+  std::int64_t matches_ = 0;        ///< as the source counts them, removed rows included
+  std::int64_t currentOffset_ = 0;  ///< in what the source has, removed rows included
+  /// The paths of rows that were removed from this list, by their ids.
+  std::unordered_map<std::int64_t, std::string> removed_;
   std::optional<SearchQuery> lastQuery_;  ///< the query of the list, if it has one
   std::unique_ptr<Tasks> tasks_;
 };

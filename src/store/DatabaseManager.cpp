@@ -34,12 +34,14 @@ tasks::Async<std::int64_t> DatabaseManager::totalFileCount() {
 }
 
 tasks::Async<std::vector<FileRecord>> DatabaseManager::search(SelectStatement statement,
-                                                              std::int64_t limit) {
-  co_return co_await onActor([&] { return database_->search(statement, limit); });
+                                                              std::int64_t limit,
+                                                              std::stop_token stop) {
+  co_return co_await onActor([&] { return database_->search(statement, limit, stop); });
 }
 
-tasks::Async<std::int64_t> DatabaseManager::searchCount(SelectStatement statement) {
-  co_return co_await onActor([&] { return database_->searchCount(statement); });
+tasks::Async<std::int64_t> DatabaseManager::searchCount(SelectStatement statement,
+                                                        std::stop_token stop) {
+  co_return co_await onActor([&] { return database_->searchCount(statement, stop); });
 }
 
 tasks::Async<void> DatabaseManager::rebuildFTS() {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -48,10 +49,11 @@ class DatabaseManager : public tasks::Actor {
 
   /// The rows of a search, read from a statement that selects id, name, path, size, mtime, kind and
   /// inode. An error while stepping ends the list early. `limit` is the page size, for reserving
-  /// room.
-  tasks::Async<std::vector<FileRecord>> search(SelectStatement statement, std::int64_t limit);
-  /// The first column of the statement's first row; 0 if there is none.
-  tasks::Async<std::int64_t> searchCount(SelectStatement statement);
+  /// room. Once `stop` is requested it ends, also in the middle, and throws `tasks::cancelled()`.
+  tasks::Async<std::vector<FileRecord>> search(SelectStatement statement, std::int64_t limit,
+                                               std::stop_token stop = {});
+  /// The first column of the statement's first row; 0 if there is none. Stops as `search` does.
+  tasks::Async<std::int64_t> searchCount(SelectStatement statement, std::stop_token stop = {});
 
   /// Makes the full-text table anew from table `files`.
   tasks::Async<void> rebuildFTS();

@@ -13,6 +13,7 @@
 #include "store/FileTable.h"
 #include "store/FullTextIndex.h"
 #include "store/SchemaManager.h"
+#include "tasks/Cancellation.h"
 
 namespace zelnor {
 
@@ -111,9 +112,31 @@ struct IndexDatabase::Writer {
 
 /// What another thread may ask of the connection.
 struct IndexDatabase::Interruption {
-  std::atomic<bool> isWanted = false;
+  /// While it lives, what runs is a search that ends soon after `stop` is requested.
+  class OfSearch {
+   public:
+    /// Throws if it is requested already.
+    OfSearch(Interruption& interruption, const std::stop_token& stop)
+        : interruption_(interruption) {
+      tasks::throwIfStopped(stop);
+      interruption_.stop = &stop;
+    }
+    OfSearch(const OfSearch&) = delete;
+    OfSearch& operator=(const OfSearch&) = delete;
+    ~OfSearch() { interruption_.stop = nullptr; }
 
-  static int poll(void* self) { return static_cast<Interruption*>(self)->isWanted ? 1 : 0; }
+   private:
+    Interruption& interruption_;
+  };
+
+  std::atomic<bool> isWanted = false;
+  const std::stop_token* stop = nullptr;  ///< for the thread that uses the connection
+
+  static int poll(void* self) {
+    const auto& interruption = *static_cast<Interruption*>(self);
+    const bool isStopped = interruption.stop != nullptr && interruption.stop->stop_requested();
+    return interruption.isWanted || isStopped ? 1 : 0;
+  }
   /// SQLite's own waiting for a lock ends only when its time is over.
   static int waitForLock(void* self, int attempts) {
     constexpr int kPauseMilliseconds = 5;
@@ -128,9 +151,8 @@ IndexDatabase::IndexDatabase(std::string path, ConnectionHandle connection)
       interruption_(std::make_unique<Interruption>()),
       connection_(std::move(connection)),
       selects_(connection_.get()) {
-  // Virtual-machine instructions between two looks: a fraction of a millisecond.
-  constexpr int kPollInterval = 10'000;
-  sqlite3_progress_handler(connection_.get(), kPollInterval, Interruption::poll,
+  constexpr int kStepsBetweenLooks = 1000;  // of SQLite's machine: a millisecond at most
+  sqlite3_progress_handler(connection_.get(), kStepsBetweenLooks, Interruption::poll,
                            interruption_.get());
   sqlite3_busy_handler(connection_.get(), Interruption::waitForLock, interruption_.get());
 }
@@ -221,7 +243,9 @@ std::int64_t IndexDatabase::totalFileCount() {
   return count.step() ? count.integer(0) : 0;
 }
 
-std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std::int64_t limit) {
+std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std::int64_t limit,
+                                              const std::stop_token& stop) {
+  const Interruption::OfSearch stoppable(*interruption_, stop);
   const auto run = selects_.run(select);
   std::vector<FileRecord> records;
   records.reserve(static_cast<std::size_t>(std::clamp<std::int64_t>(limit, 0, kReservedRows)));
@@ -229,6 +253,7 @@ std::vector<FileRecord> IndexDatabase::search(const SelectStatement& select, std
     appendRecords(*run, records);
   } catch (const DatabaseError&) {
     // A page that ends early is still a page: the user sees what was found.
+    tasks::throwIfStopped(stop);
   }
   return records;
 }
@@ -240,11 +265,14 @@ std::vector<FileRecord> IndexDatabase::allRecords(const SelectStatement& select)
   return records;
 }
 
-std::int64_t IndexDatabase::searchCount(const SelectStatement& select) {
+std::int64_t IndexDatabase::searchCount(const SelectStatement& select,
+                                        const std::stop_token& stop) {
+  const Interruption::OfSearch stoppable(*interruption_, stop);
   const auto run = selects_.run(select);
   try {
     return run->step() ? run->integer(0) : 0;
   } catch (const DatabaseError&) {
+    tasks::throwIfStopped(stop);
     return 0;
   }
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -37,10 +38,11 @@ class IndexDatabase {
   void deleteByPaths(std::span<const std::string> paths);
   RowDifference apply(FileChanges changes);
   std::int64_t totalFileCount();
-  std::vector<FileRecord> search(const SelectStatement& select, std::int64_t limit);
+  std::vector<FileRecord> search(const SelectStatement& select, std::int64_t limit,
+                                 const std::stop_token& stop = {});
   /// Like `search`, but an error while stepping is an error.
   std::vector<FileRecord> allRecords(const SelectStatement& select);
-  std::int64_t searchCount(const SelectStatement& select);
+  std::int64_t searchCount(const SelectStatement& select, const std::stop_token& stop = {});
   void rebuildFTS();
   void clearAll();
   std::vector<FileRecord> lacking(std::vector<FileRecord> records);

@@ -1,12 +1,12 @@
 #include "tasks/Task.h"
 
-#include <system_error>
 #include <utility>
 
 #include <asio/co_spawn.hpp>
 #include <asio/detached.hpp>
 #include <asio/post.hpp>
 
+#include "tasks/Cancellation.h"
 #include "tasks/Completion.h"
 
 namespace zelnor::tasks {
@@ -27,8 +27,7 @@ class Ending {
   Ending& operator=(const Ending&) = delete;
   ~Ending() {
     if (!completion_->isSet()) {
-      completion_->fail(std::make_exception_ptr(
-          std::system_error(std::make_error_code(std::errc::operation_canceled))));
+      completion_->fail(std::make_exception_ptr(cancelled()));
     }
   }
   Completion<bool>& operator*() const { return *completion_; }

@@ -1,5 +1,6 @@
 #include "tasks/ThreadPool.h"
 
+#include <algorithm>
 #include <thread>
 #include <vector>
 
@@ -7,6 +8,8 @@
 #include <asio/io_context.hpp>
 
 namespace zelnor::tasks {
+
+std::size_t processorCount() { return std::max(1U, std::thread::hardware_concurrency()); }
 
 struct ThreadPool::Threads {
   asio::io_context context;

@@ -8,6 +8,9 @@
 
 namespace zelnor::tasks {
 
+/// How many threads can run at a time on this machine; at least one.
+std::size_t processorCount();
+
 /// A fixed number of threads that run whatever is posted to `executor()`.
 ///
 /// The program has two: one for what a user waits for, one for background work, whose threads lower

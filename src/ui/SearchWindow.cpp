@@ -84,6 +84,7 @@ void SearchWindow::listenToViewModel() {
   connect(model, &Model::resultsChanged, this, &SearchWindow::choosePage);
   connect(model, &Model::isSearchingChanged, this, &SearchWindow::searchingChanged);
   connect(model, &Model::resultCountChanged, this, &SearchWindow::showStatus);
+  connect(model, &Model::isIncompleteChanged, this, &SearchWindow::showStatus);
   connect(model, &Model::errorMessageChanged, this, &SearchWindow::showStatus);
   connect(model, &Model::recentSearchesChanged, start_,
           [this] { start_->setRecentSearches(viewModel_.recentSearches()); });
@@ -176,6 +177,7 @@ void SearchWindow::showStatus() {
   }
   facts_.isSearching = viewModel_.isSearching();
   facts_.resultCount = viewModel_.resultCount();
+  facts_.isIncomplete = viewModel_.isIncomplete();
   status_->setFacts(facts_);
 }
 

@@ -10,6 +10,10 @@ StatusText statusText(const StatusFacts& facts, const QLocale& locale) {
     return {QStringLiteral(u"正在建立索引... %1 个文件").arg(facts.processedFiles), Tone::normal,
             /*isBusy=*/true};
   }
+  if (facts.isIncomplete) {
+    return {QStringLiteral(u"至少 %1 个结果").arg(countText(facts.resultCount, locale)),
+            Tone::normal};
+  }
   if (facts.resultCount >= 1) {
     return {QStringLiteral(u"共找到 %1 个结果").arg(countText(facts.resultCount, locale)),
             Tone::normal};

@@ -151,6 +151,30 @@ TEST_F(FindProgram, PrintsMoreThanOnePage) {
   EXPECT_EQ(find({"-n", "210", "file"}).size(), 210U);
 }
 
+TEST_F(FindProgram, CountsWhatTheListOfAnExpressionWouldHold) {
+  for (int i = 0; i < 250; ++i) tree_.file("report_" + std::to_string(i));
+  tree_.file("^report_[0");  // holds the text of the expression, or its beginning
+  run({"--rebuild", "--root", tree_.path()});
+  for (const auto* const limit : {"-n1", "-n0"}) {
+    EXPECT_EQ(run({"-c", limit, "r:^report_[0-9]+$"}).output, "250\n");
+  }
+  EXPECT_EQ(find({"-n0", "r:^report_[0-9]+$"}).size(), 250U);
+}
+
+TEST_F(FindProgram, SaysThatAnExpressionTookTooLongOnSomeNames) {
+  tree_.file(std::string(200, 'a') + "b");
+  tree_.file("aaa");
+  run({"--rebuild", "--root", tree_.path()});
+  for (const auto& arguments : {Lines{"r:(a+)+$"}, Lines{"-c", "r:(a+)+$"}}) {
+    const auto outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors,
+              "zelnor-find: there may be more matches: some names took too long to look at\n");
+  }
+  EXPECT_EQ(find({"r:(a+)+$"}), (Lines{tree_ / "aaa"}));
+  EXPECT_EQ(run({"r:a$"}).errors, "");
+}
+
 TEST_F(FindProgram, AnswersEachLineOfStandardInput) {
   tree_.file("one.txt");
   tree_.file("two.txt");

@@ -1,11 +1,14 @@
 #include <chrono>
+#include <cstdlib>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "search/DatePreset.h"
+#include "search/SearchFilter.h"
 
 namespace zelnor {
 namespace {
@@ -52,6 +55,42 @@ TEST(DatePreset, CountsBackOnTheCalendarOfTheTimeZone) {
     const auto seconds = [](std::optional<Date> date) { return date ? date->unixSeconds() : 0; };
     EXPECT_EQ(actual.has_value(), start.has_value()) << rawValue(preset);
     EXPECT_DOUBLE_EQ(seconds(actual), seconds(start)) << rawValue(preset) << ' ' << timeZone;
+  }
+}
+
+/// The time zone of the test's process, as it was at the end.
+class SystemTimeZone {
+ public:
+  SystemTimeZone() {
+    if (const auto* before = std::getenv("TZ")) before_ = before;
+  }
+  SystemTimeZone(const SystemTimeZone&) = delete;
+  SystemTimeZone& operator=(const SystemTimeZone&) = delete;
+  ~SystemTimeZone() {
+    if (before_) {
+      set(*before_);
+    } else {
+      unsetenv("TZ");
+    }
+  }
+  static void set(const std::string& zone) { setenv("TZ", zone.c_str(), /*replace=*/1); }
+
+ private:
+  std::optional<std::string> before_;
+};
+
+TEST(DatePreset, IsThatOfTheTimeZoneOfTheMoment) {
+  using namespace std::chrono;
+  const SystemTimeZone zone;
+  const auto now = at(2024y / 5 / 30, 17h);
+  for (const auto& [name, start] :
+       std::vector<std::pair<std::string, Date>>{{"Asia/Shanghai", at(2024y / 5 / 30, 16h)},
+                                                 {"America/New_York", at(2024y / 5 / 30, 4h)},
+                                                 {"UTC", at(2024y / 5 / 30, 0h)},
+                                                 {"Asia/Shanghai", at(2024y / 5 / 30, 16h)}}) {
+    SystemTimeZone::set(name);
+    EXPECT_EQ(fromDate(DatePreset::today, now), start) << name;
+    EXPECT_EQ(SearchFilter{.datePreset = DatePreset::today}.fromDate(now), start) << name;
   }
 }
 

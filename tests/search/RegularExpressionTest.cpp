@@ -1,5 +1,10 @@
+#include <atomic>
 #include <chrono>
+#include <limits>
+#include <memory>
+#include <stop_token>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -7,9 +12,14 @@
 
 #include "search/RegularExpression.h"
 #include "search/RegularExpressionSearch.h"
+#include "tasks/ThreadPool.h"
+#include "tests/support/MainThread.h"
 
 namespace zelnor {
 namespace {
+
+using Answer = RegularExpression::Answer;
+using Names = std::vector<std::string>;
 
 /// Without its last byte `(a+)+$` would match at once.
 const auto kHardName = std::string(254, 'a') + "b";
@@ -38,7 +48,8 @@ TEST(RegularExpression, IsSearchedForAnywhereInTheNameWhateverItsCase) {
   for (const auto& [pattern, name, found] : cases) {
     auto expression = RegularExpression::compile(pattern);
     ASSERT_TRUE(expression) << pattern;
-    EXPECT_EQ(expression->isFoundIn(name), found) << pattern << " in " << name;
+    const auto answer = expression->lookIn(name, [](std::int32_t) { return true; });
+    EXPECT_EQ(answer, found ? Answer::found : Answer::notFound) << pattern << " in " << name;
   }
 }
 
@@ -48,10 +59,18 @@ TEST(RegularExpression, ThatDoesNotCompileIsNothing) {
   }
 }
 
-TEST(RegularExpression, IsNotFoundInANameThatTakesTooLong) {
+TEST(RegularExpression, GivesUpANameWhenPatienceEnds) {
   auto expression = RegularExpression::compile("(a+)+c|b$");
-  EXPECT_TRUE(expression->isFoundIn("aaab"));
-  EXPECT_FALSE(expression->isFoundIn(kHardName));
+  int asked = 0;
+  const auto patience = [&](std::int32_t ticks) {
+    EXPECT_EQ(ticks, ++asked);
+    return ticks < 10;
+  };
+  EXPECT_EQ(expression->lookIn("aaab", patience), Answer::found);
+  EXPECT_EQ(asked, 0);
+  EXPECT_EQ(expression->lookIn(kHardName, patience), Answer::givenUp);
+  EXPECT_EQ(asked, 10);
+  EXPECT_EQ(expression->clone().lookIn("b", patience), Answer::found);
 }
 
 FileRecord named(std::string name) {
@@ -61,49 +80,85 @@ FileRecord named(std::string name) {
   return record;
 }
 
-std::vector<std::string> names(const std::vector<FileRecord>& records) {
-  std::vector<std::string> names;
-  for (const auto& record : records) names.push_back(record.name);
-  return names;
-}
-
-TEST(RegularExpressionSearch, KeepsTheOrderOfTheRecords) {
-  auto expression = RegularExpression::compile("[ab]");
-  EXPECT_EQ(
-      names(matchingRecords(*expression, {named("long b"), named("c"), named("a"), named("ab")})),
-      (std::vector<std::string>{"long b", "a", "ab"}));
-}
-
-TEST(RegularExpressionSearch, LeavesOutTheLongestNamesWhenTheTimeIsUp) {
-  auto expression = RegularExpression::compile("a");
-  MatchBudget::Clock::time_point now{};
-  // Every look at the clock costs a tenth of a second: after the start there is time for three
-  // names.
-  const MatchBudget budget{std::chrono::milliseconds(350), [&] {
-                             const auto before = now;
-                             now += std::chrono::milliseconds(100);
-                             return before;
-                           }};
-  EXPECT_EQ(names(matchingRecords(
-                *expression, {named("aaaaa"), named("a"), named("aaaa"), named("aaa"), named("aa")},
-                budget)),
-            (std::vector<std::string>{"a", "aaa", "aa"}));
-}
-
-TEST(RegularExpressionSearch, EndsWithinASecondWhateverTheExpression) {
-  std::vector<FileRecord> records(50'000, named(kHardName));
-  records.push_back(named("aaaa"));
-  for (const auto* const pattern : {"(a+)+$", "^(a?){200}c"}) {
+class RegularExpressionSearchTest : public testing::Test {
+ protected:
+  MatchingRecords find(const std::string& pattern, const Names& names, MatchBudget budget = {}) {
+    std::vector<FileRecord> records;
+    for (const auto& name : names) records.push_back(named(name));
     auto expression = RegularExpression::compile(pattern);
-    ASSERT_TRUE(expression) << pattern;
-    auto copies = records;
-    const auto start = std::chrono::steady_clock::now();
-    const auto matches = matchingRecords(*expression, std::move(copies));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << pattern;
-    if (std::string(pattern) == "(a+)+$") {
-      EXPECT_EQ(names(matches), std::vector<std::string>{"aaaa"});
-    }
+    return main_.await(matchingRecords(std::move(expression).value(), std::move(records),
+                                       pool_.executor(), std::move(budget), stop_.get_token()));
   }
+  static Names namesOf(const MatchingRecords& matching) {
+    Names names;
+    for (const auto& record : matching.records) names.push_back(record.name);
+    return names;
+  }
+
+  std::stop_source stop_;
+  test::MainThread main_;  // outlives the threads that resume on it
+  tasks::ThreadPool pool_{2};
+};
+
+TEST_F(RegularExpressionSearchTest, KeepsTheOrderOfTheRecords) {
+  const auto found = find("[ab]", {"long b", "c", "a", "ab"});
+  EXPECT_EQ(namesOf(found), (Names{"long b", "a", "ab"}));
+  EXPECT_FALSE(found.isIncomplete);
+}
+
+/// Each of these takes some milliseconds more than the one before, all together a tenth of a
+/// second.
+TEST_F(RegularExpressionSearchTest, FindsEveryNameWhileThereIsProcessorTime) {
+  Names names;
+  for (std::size_t length = 12; length < 20; ++length)
+    names.push_back(std::string(length, 'a') + "b");
+  const auto found = find("(a+)+c|b$", names);
+  EXPECT_EQ(namesOf(found), names);
+  EXPECT_FALSE(found.isIncomplete);
+}
+
+TEST_F(RegularExpressionSearchTest, GivesUpANameThatTakesTooLongAndNoOther) {
+  const auto found = find("(a+)+$", {"x.aaa", kHardName, "aaaa", "b"}, {.ticksPerName = 50});
+  EXPECT_EQ(namesOf(found), (Names{"x.aaa", "aaaa"}));
+  EXPECT_TRUE(found.isIncomplete);
+  EXPECT_FALSE(find("(a+)+\\.jpg$", {kHardName, "b"}).isIncomplete)
+      << "what every match must hold is looked for first";
+}
+
+TEST_F(RegularExpressionSearchTest, CountsProcessorTimeAloneAndLeavesOutTheLongestNames) {
+  Names names;
+  for (int length = 200; length > 0; --length)
+    names.insert(names.end(), 32, std::string(length, 'a'));
+  const auto search = [&](std::chrono::seconds atEachLook) {
+    // Every thread's own, as the real one is.
+    const auto time = [atEachLook] {
+      thread_local std::chrono::seconds now{};
+      return now += atEachLook;
+    };
+    return find("a", names, {.processorTime = std::chrono::seconds(10), .timeOfThread = time});
+  };
+  const auto all = search(std::chrono::seconds(0));
+  EXPECT_EQ(all.records.size(), names.size());
+  EXPECT_FALSE(all.isIncomplete);
+
+  const auto some = namesOf(search(std::chrono::seconds(1)));
+  ASSERT_FALSE(some.empty());
+  EXPECT_LT(some.size(), names.size() / 2);
+  EXPECT_EQ(some.back().size(), 1U);
+  // Within a few portions of names.
+  EXPECT_LE(some.front().size(), some.size() / 32 + 10);
+  EXPECT_TRUE(search(std::chrono::seconds(1)).isIncomplete);
+}
+
+/// Without end: only the request to stop ends it.
+TEST_F(RegularExpressionSearchTest, StopsInTheMiddleOfAName) {
+  const MatchBudget endless{.processorTime = std::chrono::hours(1'000),
+                            .ticksPerName = std::numeric_limits<std::int32_t>::max(),
+                            .timeOfThread = [this, looks = std::make_shared<std::atomic<int>>()] {
+                              if (++*looks > 100) stop_.request_stop();
+                              return std::chrono::nanoseconds(0);
+                            }};
+  EXPECT_THROW(find("(a+)+$", {kHardName}, endless), std::system_error);
 }
 
 }  // namespace

@@ -1,11 +1,20 @@
 #include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <ctime>
+#include <limits>
+#include <stop_token>
 #include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include "search/SearchEngine.h"
 #include "store/DatabaseManager.h"
+#include "tasks/Task.h"
 #include "tasks/ThreadPool.h"
 #include "tests/support/MainThread.h"
 #include "tests/support/TemporaryFolder.h"
@@ -34,7 +43,7 @@ class SearchEngineTest : public testing::Test {
   std::vector<std::string> paths(const SearchQuery& query, std::int64_t limit = 200,
                                  std::int64_t offset = 0) {
     std::vector<std::string> found;
-    for (const auto& result : main_.await(engine_.search(query, limit, offset))) {
+    for (const auto& result : main_.await(engine_.search(query, limit, offset, {})).results) {
       EXPECT_EQ(result.id(), result.record.id);
       found.push_back(result.record.path);
     }
@@ -46,7 +55,9 @@ class SearchEngineTest : public testing::Test {
     std::ranges::sort(found);
     return found;
   }
-  std::int64_t count(const SearchQuery& query) { return main_.await(engine_.searchCount(query)); }
+  std::int64_t count(const SearchQuery& query) {
+    return main_.await(engine_.searchCount(query, {}));
+  }
 
   test::TemporaryFolder folder_;
   test::MainThread main_;  // outlives the threads that resume on it
@@ -114,6 +125,18 @@ TEST_F(SearchEngineTest, NarrowsByCategorySizeAndDate) {
       << "a regular expression does not look at the filter";
 }
 
+TEST_F(SearchEngineTest, BothEndsOfASizeRangeBelongToIt) {
+  constexpr std::int64_t kTenMiB = 10'485'760;
+  constexpr std::int64_t kHundredMiB = 104'857'600;
+  insert({entry("/h/10-", kTenMiB - 1), entry("/h/10", kTenMiB), entry("/h/10+", kTenMiB + 1),
+          entry("/h/100-", kHundredMiB - 1), entry("/h/100", kHundredMiB),
+          entry("/h/100+", kHundredMiB + 1)});
+  EXPECT_EQ(matches("10", {.sizePreset = SizePreset::medium}), (Paths{"/h/10", "/h/10-"}));
+  EXPECT_EQ(matches("10", {.sizePreset = SizePreset::large}),
+            (Paths{"/h/10", "/h/10+", "/h/100", "/h/100-"}));
+  EXPECT_EQ(matches("10", {.sizePreset = SizePreset::huge}), (Paths{"/h/100", "/h/100+"}));
+}
+
 TEST_F(SearchEngineTest, DeliversPagesInTheOrderAskedFor) {
   insert({entry("/b/ab2", 3), entry("/a/AB3", 1), entry("/c/ab1", 2)});
   const auto sorted = [](SortField field, bool ascending) {
@@ -134,6 +157,76 @@ TEST_F(SearchEngineTest, LooksForAnExpressionInTheFirstFiftyThousandRowsAlone) {
   EXPECT_EQ(paths(SearchQuery::parsed("r:log$"), /*limit=*/3).size(), 50'000U);
   EXPECT_EQ(matches("r:^beyond"), (Paths{}));
   EXPECT_EQ(matches("beyond"), (Paths{"/h/beyond.log"}));
+}
+
+/// A search that would go on for ever holds up no other, and ends when it is asked to.
+TEST_F(SearchEngineTest, AnEndlessExpressionKeepsNobodyWaiting) {
+  insert({entry("/h/" + std::string(200, 'a') + "b"), entry("/h/report")});
+  std::atomic<bool> isLooking = false;
+  const tasks::ThreadPool matchers(2);
+  SearchEngine engine(reader_, matchers.executor(),
+                      {.processorTime = std::chrono::hours(1'000),
+                       .ticksPerName = std::numeric_limits<std::int32_t>::max(),
+                       .timeOfThread = [&] {
+                         isLooking = true;
+                         return std::chrono::nanoseconds(0);
+                       }});
+  const auto endless =
+      tasks::Task::spawn(main_.executor(), [&](std::stop_token stop) -> tasks::Async<void> {
+        const auto query = SearchQuery::parsed("r:(a+)+$");
+        auto search = engine.search(query, /*limit=*/200, /*offset=*/0, std::move(stop));
+        co_await std::move(search);
+      });
+  main_.runUntil([&] { return isLooking.load(); });
+  const auto found = [&](const std::string& text) {
+    return main_.await(engine.search(SearchQuery::parsed(text), 200, 0, {})).results.size();
+  };
+  EXPECT_EQ(found("report"), 1U);
+  EXPECT_EQ(found("r:repor.$"), 1U);
+  EXPECT_FALSE(endless.isDone());
+  endless.cancel();
+  EXPECT_THROW(main_.await(endless.wait()), std::system_error);
+}
+
+TEST_F(SearchEngineTest, SaysWhenNamesWereGivenUp) {
+  insert({entry("/h/" + std::string(200, 'a') + "b"), entry("/h/aaa")});
+  SearchEngine engine(reader_, pool_.executor(), {.ticksPerName = 20});
+  const auto search = [&](const std::string& text) {
+    return main_.await(engine.search(SearchQuery::parsed(text), 200, 0, {}));
+  };
+  EXPECT_TRUE(search("r:(a+)+$").isIncomplete);
+  EXPECT_EQ(search("r:(a+)+$").results.size(), 1U);
+  EXPECT_FALSE(search("r:a$").isIncomplete);
+  EXPECT_FALSE(search("aaa").isIncomplete);
+}
+
+/// The statement never ends by itself.
+TEST_F(SearchEngineTest, AStatementStopsWhileItRunsAndBeforeItBegins) {
+  const std::string endless =
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT COUNT(*) FROM n";
+  clockid_t timeOfThread{};
+  const tasks::ThreadPool pool(1, [&] { pthread_getcpuclockid(pthread_self(), &timeOfThread); });
+  DatabaseManager database(folder_.path(), pool.executor(), DatabaseManager::Access::readOnly);
+  const auto isRunning = [&] {
+    timespec used{};
+    clock_gettime(timeOfThread, &used);
+    return used.tv_sec > 0 || used.tv_nsec > 50'000'000;
+  };
+  const auto running =
+      tasks::Task::spawn(main_.executor(), [&](std::stop_token stop) -> tasks::Async<void> {
+        SelectStatement statement{endless, {}};
+        auto search = database.search(std::move(statement), /*limit=*/1, std::move(stop));
+        co_await std::move(search);
+      });
+  main_.runUntil(isRunning);
+  running.cancel();
+  EXPECT_THROW(main_.await(running.wait()), std::system_error);
+
+  std::stop_source stop;
+  stop.request_stop();
+  EXPECT_THROW(main_.await(database.searchCount({endless, {}}, stop.get_token())),
+               std::system_error);
+  EXPECT_EQ(main_.await(database.searchCount({"SELECT 3", {}})), 3) << "others are not concerned";
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <deque>
 #include <memory>
 #include <optional>
+#include <set>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -21,30 +23,37 @@ class FakeSearchSource final : public SearchSource {
     SearchQuery query;
     std::int64_t limit = 0;
     std::int64_t offset = 0;
+    std::stop_token stop;
   };
 
   std::int64_t matches = 0;
   std::int64_t firstRow = 0;        ///< the first match; those before have gone
   std::string folder = "/folder/";  ///< where the matches are
+  std::set<std::int64_t> gone;      ///< of the rows, those that do not match any more
+  bool isIncomplete = false;
   std::optional<DatabaseError> failure;
   bool isHeld = false;
   std::vector<Call> searches;
   std::vector<SearchQuery> counts;
 
-  tasks::Async<std::vector<SearchResult>> search(SearchQuery query, std::int64_t limit,
-                                                 std::int64_t offset) override {
-    searches.push_back({query, limit, offset});
+  tasks::Async<SearchPage> search(SearchQuery query, std::int64_t limit, std::int64_t offset,
+                                  std::stop_token stop) override {
+    searches.push_back({query, limit, offset, stop});
     co_await turn();
-    std::vector<SearchResult> page;
-    const auto end = offset + std::min(limit, std::max<std::int64_t>(matches - offset, 0));
-    for (auto id = offset; id < end; ++id) page.push_back(row(firstRow + id, folder));
+    SearchPage page;
+    page.isIncomplete = isIncomplete;
+    for (auto id = firstRow; id < firstRow + matches; ++id) {
+      if (gone.contains(id) || offset-- > 0) continue;
+      if (std::ssize(page.results) == limit) break;
+      page.results.push_back(row(id, folder));
+    }
     co_return page;
   }
 
-  tasks::Async<std::int64_t> searchCount(SearchQuery query) override {
+  tasks::Async<std::int64_t> searchCount(SearchQuery query, std::stop_token /*stop*/) override {
     counts.push_back(std::move(query));
     co_await turn();
-    co_return matches;
+    co_return matches - std::ssize(gone);
   }
 
   void release() {

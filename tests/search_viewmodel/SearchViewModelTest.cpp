@@ -18,6 +18,7 @@ namespace zelnor {
 namespace {
 
 using std::chrono_literals::operator""ms;
+using std::chrono_literals::operator""s;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Texts = std::vector<std::string>;
@@ -58,6 +59,10 @@ class SearchViewModelTest : public testing::Test {
     SearchFilter filter;
     filter.category = FileTypeCategory::image;
     return filter;
+  }
+  void refresh() {
+    model_->indexChanged();
+    pass(SearchViewModel::kRefreshPause);
   }
   [[nodiscard]] Ids ids() const {
     Ids ids;
@@ -199,6 +204,51 @@ TEST_F(SearchViewModelTest, OnlyTheLatestSearchCounts) {
   EXPECT_THAT(model_->recentSearches(), ElementsAre("new"));
 }
 
+TEST_F(SearchViewModelTest, WhatIsGivenUpIsStopped) {
+  source_.matches = 450;
+  search("report");
+  source_.isHeld = true;
+  model_->loadMore();
+  settle();
+  search("invoice");
+  search("bill");
+  EXPECT_FALSE(source_.searches.back().stop.stop_requested());
+  model_->setQueryText("");
+  ASSERT_EQ(source_.searches.size(), 4U);
+  for (std::size_t i = 1; i < 4; ++i) {
+    EXPECT_TRUE(source_.searches[i].stop.stop_requested()) << source_.searches[i].query.text;
+  }
+  while (source_.waiting() > 0) release();
+
+  source_.isHeld = false;
+  search("report");
+  source_.isHeld = true;
+  refresh();
+  ASSERT_EQ(source_.waiting(), 1U);
+  search("bill");
+  EXPECT_TRUE(source_.searches.at(5).stop.stop_requested()) << "the refresh of what was there";
+  while (source_.waiting() > 0) release();
+}
+
+TEST_F(SearchViewModelTest, TellsWhenThereMayBeMoreMatchesThanItKnows) {
+  int signals = 0;
+  QObject::connect(model_.get(), &SearchViewModel::isIncompleteChanged, [&] { ++signals; });
+  source_.matches = 3;
+  source_.isIncomplete = true;
+  search("r:^name");
+  EXPECT_TRUE(model_->isIncomplete());
+  EXPECT_EQ(model_->resultCount(), 3);
+  source_.isIncomplete = false;
+  refresh();
+  EXPECT_FALSE(model_->isIncomplete());
+  source_.isIncomplete = true;
+  refresh();
+  EXPECT_TRUE(model_->isIncomplete());
+  model_->setQueryText("");
+  EXPECT_FALSE(model_->isIncomplete());
+  EXPECT_EQ(signals, 4);
+}
+
 TEST_F(SearchViewModelTest, ARegularExpressionComesInOneList) {
   source_.matches = 450;
   search("r:^name");
@@ -286,6 +336,131 @@ TEST_F(SearchViewModelTest, RemovingRowsLeavesTheRestAndItsOrder) {
   model_->loadMore();
   settle();
   EXPECT_EQ(source_.searches.back().offset, 200);
+}
+
+TEST_F(SearchViewModelTest, RemovedRowsStayAwayUntilTheIndexHasDroppedThem) {
+  source_.matches = 450;
+  search("report");
+  model_->removeResults({0, 3, 199});
+  refresh();  // the index holds them still
+  EXPECT_EQ(model_->results().size(), 197U);
+  EXPECT_EQ(ids().front(), 1);
+  EXPECT_EQ(model_->resultCount(), 447);
+  EXPECT_EQ(model_->totalCount(), 447);
+
+  model_->loadMore();  // begins where the source's next row is
+  settle();
+  EXPECT_EQ(source_.searches.back().offset, 200);
+  EXPECT_EQ(model_->results().size(), 397U);
+  model_->loadMore();
+  settle();
+  EXPECT_EQ(model_->results().size(), 447U);
+  EXPECT_FALSE(model_->hasMore());
+
+  source_.gone = {3};
+  refresh();
+  EXPECT_EQ(model_->results().size(), 447U);
+  EXPECT_EQ(model_->resultCount(), 447) << "two of three are still held";
+  source_.gone = {0, 3, 199};
+  refresh();
+  EXPECT_EQ(model_->resultCount(), 447);
+  EXPECT_FALSE(model_->hasMore());
+  source_.gone = {3, 199};
+  refresh();
+  EXPECT_EQ(ids().front(), 0) << "what was dropped is forgotten";
+  EXPECT_EQ(model_->resultCount(), 448);
+}
+
+TEST_F(SearchViewModelTest, RemovedRowsAreKnownByTheirIdAndPathAndForOneSearch) {
+  source_.matches = 3;
+  search("report");
+  model_->removeResults({0, 1});
+  source_.folder = "/trash/";
+  refresh();
+  EXPECT_THAT(ids(), ElementsAre(0, 1, 2)) << "a row that is elsewhere now";
+  source_.folder = "/folder/";
+  refresh();
+  EXPECT_THAT(ids(), ElementsAre(0, 1, 2)) << "and was put back";
+
+  model_->removeResults({0, 1});
+  search("report");
+  EXPECT_THAT(ids(), ElementsAre(0, 1, 2));
+  EXPECT_EQ(model_->resultCount(), 3);
+}
+
+TEST_F(SearchViewModelTest, ARemovedRowThatOthersPushedToALaterPageStaysAwayThere) {
+  source_.matches = 450;
+  search("report");
+  model_->removeResults({199});
+  source_.firstRow = -1;  // a new row comes first
+  source_.matches = 451;
+  refresh();
+  EXPECT_EQ(model_->results().size(), 200U);
+  model_->loadMore();
+  settle();
+  EXPECT_EQ(model_->results().size(), 399U);
+  EXPECT_EQ(model_->resultCount(), 450);
+  model_->loadMore();
+  settle();
+  EXPECT_EQ(model_->results().size(), 450U);
+  EXPECT_FALSE(model_->hasMore());
+}
+
+TEST_F(SearchViewModelTest, PagesEndAlsoWhenRowsWereRemoved) {
+  source_.matches = 300;
+  search("report");
+  model_->removeResults({0});
+  model_->loadMore();
+  settle();
+  EXPECT_EQ(model_->results().size(), 299U);
+  EXPECT_FALSE(model_->hasMore());
+}
+
+TEST_F(SearchViewModelTest, ARefreshMakesUpForASearchThatFailed) {
+  source_.matches = 450;
+  search("report");
+  source_.failure = DatabaseError::stepFailed(/*code=*/10);
+  search("invoice");
+  refresh();
+  EXPECT_NE(model_->errorMessage(), std::nullopt);
+  EXPECT_EQ(source_.searches.size(), 3U);
+
+  source_.failure.reset();
+  source_.matches = 7;
+  std::vector<SearchViewModel::ResultsChange> changes;
+  QObject::connect(model_.get(), &SearchViewModel::resultsChanged, [&](auto change) {
+    EXPECT_EQ(model_->errorMessage(), std::nullopt);
+    changes.push_back(change);
+  });
+  refresh();
+  EXPECT_EQ(source_.searches.back().query.text, "invoice");
+  EXPECT_EQ(model_->errorMessage(), std::nullopt);
+  EXPECT_EQ(model_->results().size(), 7U);
+  EXPECT_EQ(model_->resultCount(), 7);
+  EXPECT_THAT(changes, ElementsAre(SearchViewModel::ResultsChange::replaced));
+}
+
+/// The index changes all the time; the answers take a while, and then none.
+TEST_F(SearchViewModelTest, TheRefreshPauseFollowsTheLastAnswer) {
+  source_.matches = 3;
+  search("report");
+  source_.isHeld = true;
+  refresh();
+  clock_.advance(2s);
+  model_->indexChanged();
+  source_.isHeld = false;
+  release();
+  const auto asked = source_.searches.size();
+  pass(7999ms);
+  EXPECT_EQ(source_.searches.size(), asked);
+  source_.isHeld = true;
+  pass(1ms);
+  ASSERT_EQ(source_.searches.size(), asked + 1);
+  model_->indexChanged();
+  source_.isHeld = false;
+  release();  // at once
+  pass(SearchViewModel::kRefreshPause);
+  EXPECT_EQ(source_.searches.size(), asked + 2);
 }
 
 TEST_F(SearchViewModelTest, TheListFollowsTheIndexQuietly) {

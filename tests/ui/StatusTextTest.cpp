@@ -15,6 +15,7 @@ TEST(StatusText, TellsWhatMattersMost) {
                     .processedFiles = 12345,
                     .notice = QStringLiteral(u"注意"),
                     .resultCount = 1234,
+                    .isIncomplete = true,
                     .totalFiles = 5000};
   const auto expectText = [&](const char16_t* text, Tone tone, bool isBusy = false) {
     const auto actual = statusText(facts, chinese);
@@ -28,6 +29,8 @@ TEST(StatusText, TellsWhatMattersMost) {
   facts.isSearching = false;
   expectText(u"正在建立索引... 12345 个文件", Tone::normal, true);
   facts.isIndexing = false;
+  expectText(u"至少 1,234 个结果", Tone::normal);
+  facts.isIncomplete = false;
   expectText(u"共找到 1,234 个结果", Tone::normal);
   facts.resultCount = 0;
   expectText(u"注意", Tone::normal);

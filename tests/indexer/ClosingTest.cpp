@@ -51,14 +51,15 @@ TEST_F(ClosingTest, ARebuildThatIsBrokenOffAtItsEndFollowsNothing) {
   EXPECT_FALSE(status().lastIndexDate);
 }
 
-TEST_F(ClosingTest, ALaunchIsBrokenOffWithoutARebuild) {
+TEST_F(ClosingTest, ALaunchThatIsBrokenOffDoesNotGoOn) {
   makeFiles(100);
   const auto launch = indexer_->spawn([this] { return actor().resume(config_); });
   const auto closing = indexer_->spawn([this] { return actor().shutDown(); });
   main().await(closing.wait());
+  const auto rows = test::indexed(*indexer_);
   main().await(launch.wait());
   settle();
-  EXPECT_TRUE(test::indexed(*indexer_).empty());
+  EXPECT_EQ(test::indexed(*indexer_), rows);
   EXPECT_FALSE(streams_.isRunning());
 }
 

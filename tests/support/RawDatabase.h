@@ -33,7 +33,9 @@ class RawDatabase {
     sqlite3_stmt* statement = nullptr;
     sqlite3_prepare_v2(connection_, sql.c_str(), -1, &statement, nullptr);
     std::string result = "(no row)";
-    if (sqlite3_step(statement) == SQLITE_ROW && sqlite3_column_text(statement, 0) != nullptr) {
+    const int code = sqlite3_step(statement);
+    if (code != SQLITE_ROW && code != SQLITE_DONE) result = sqlite3_errmsg(connection_);
+    if (code == SQLITE_ROW && sqlite3_column_text(statement, 0) != nullptr) {
       result = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
     }
     sqlite3_finalize(statement);
@@ -45,11 +47,15 @@ class RawDatabase {
     return integer("SELECT count(*) FROM files_fts WHERE files_fts MATCH '\"" + phrase + "\"'");
   }
   /// SQLite's check of the file, and FTS5's of the full-text table against table `files`.
-  [[nodiscard]] bool isSound() const {
-    if (text("PRAGMA integrity_check") != "ok") return false;
-    return sqlite3_exec(connection_,
-                        "INSERT INTO files_fts(files_fts, rank) VALUES('integrity-check', 1)",
-                        nullptr, nullptr, nullptr) == SQLITE_OK;
+  [[nodiscard]] bool isSound() const { return complaint().empty(); }
+  /// What these checks find wrong; empty if they find nothing.
+  [[nodiscard]] std::string complaint() const {
+    if (auto answer = text("PRAGMA integrity_check"); answer != "ok") return answer;
+    const bool isInStep =
+        sqlite3_exec(connection_,
+                     "INSERT INTO files_fts(files_fts, rank) VALUES('integrity-check', 1)", nullptr,
+                     nullptr, nullptr) == SQLITE_OK;
+    return isInStep ? std::string() : sqlite3_errmsg(connection_);
   }
 
  private:

@@ -33,7 +33,9 @@ bool isHalfBuilt(const std::string& folder) {
 std::string unsoundness(const std::string& folder) {
   const RawDatabase database(folder + kFile);
   database.exec("PRAGMA busy_timeout = 20000");
-  return database.isSound() ? "" : "  the database is not sound\n";
+  auto complaint = database.complaint();
+  if (!complaint.empty()) complaint.insert(0, "  the database is not sound: ").push_back('\n');
+  return complaint;
 }
 
 }  // namespace zelnor::test

@@ -33,9 +33,9 @@ bool isHalfBuilt(const std::string& folder) {
 std::string unsoundness(const std::string& folder) {
   const RawDatabase database(folder + kFile);
   database.exec("PRAGMA busy_timeout = 20000");
-  auto complaint = database.complaint();
-  if (!complaint.empty()) complaint.insert(0, "  the database is not sound: ").push_back('\n');
-  return complaint;
+  const auto complaint = database.complaint();
+  if (complaint.empty()) return {};
+  return std::string("  the database is not sound: ").append(complaint).append("\n");
 }
 
 }  // namespace zelnor::test

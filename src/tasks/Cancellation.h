@@ -7,7 +7,7 @@ namespace zelnor::tasks {
 
 /// The error of an operation that was given up before its end.
 [[nodiscard]] inline std::system_error cancelled() {
-  return std::system_error(std::make_error_code(std::errc::operation_canceled));
+  return {std::make_error_code(std::errc::operation_canceled)};
 }
 
 /// Throws `cancelled()` if `stop` is requested.

@@ -19,7 +19,7 @@ struct StatusFacts {
   std::int64_t processedFiles = 0;  ///< by the rebuild that runs
   std::optional<QString> notice;    ///< what keeps the index from being up to date
   std::int64_t resultCount = 0;
-  bool isIncomplete = false;  ///< there may be more results than that
+  bool isIncomplete = false;    ///< there may be more results than that
   std::int64_t totalFiles = 0;  ///< in the index
 
   friend bool operator==(const StatusFacts&, const StatusFacts&) = default;

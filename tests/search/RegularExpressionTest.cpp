@@ -127,7 +127,7 @@ TEST_F(RegularExpressionSearchTest, GivesUpANameThatTakesTooLongAndNoOther) {
 
 TEST_F(RegularExpressionSearchTest, CountsProcessorTimeAloneAndLeavesOutTheLongestNames) {
   Names names;
-  for (int length = 200; length > 0; --length)
+  for (std::size_t length = 200; length > 0; --length)
     names.insert(names.end(), 32, std::string(length, 'a'));
   const auto search = [&](std::chrono::seconds atEachLook) {
     // Every thread's own, as the real one is.

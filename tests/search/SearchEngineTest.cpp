@@ -207,6 +207,7 @@ TEST_F(SearchEngineTest, AStatementStopsWhileItRunsAndBeforeItBegins) {
   clockid_t timeOfThread{};
   const tasks::ThreadPool pool(1, [&] { pthread_getcpuclockid(pthread_self(), &timeOfThread); });
   DatabaseManager database(folder_.path(), pool.executor(), DatabaseManager::Access::readOnly);
+  main_.await(database.totalFileCount());  // the thread has said what its clock is
   const auto isRunning = [&] {
     timespec used{};
     clock_gettime(timeOfThread, &used);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -29,17 +30,21 @@ class RawDatabase {
       throw std::runtime_error(sql + ": " + sqlite3_errmsg(connection_));
     }
   }
+  /// The first value that the statement yields, or why there is none.
   [[nodiscard]] std::string text(const std::string& sql) const {
     sqlite3_stmt* statement = nullptr;
     sqlite3_prepare_v2(connection_, sql.c_str(), -1, &statement, nullptr);
-    std::string result = "(no row)";
     const int code = sqlite3_step(statement);
-    if (code != SQLITE_ROW && code != SQLITE_DONE) result = sqlite3_errmsg(connection_);
-    if (code == SQLITE_ROW && sqlite3_column_text(statement, 0) != nullptr) {
-      result = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
+    const auto* const value = sqlite3_column_text(statement, 0);
+    std::ostringstream result;
+    if (value != nullptr) {
+      result << reinterpret_cast<const char*>(value);
+    } else {
+      result << (code == SQLITE_ROW || code == SQLITE_DONE ? "(no row)"
+                                                           : sqlite3_errmsg(connection_));
     }
     sqlite3_finalize(statement);
-    return result;
+    return result.str();
   }
   [[nodiscard]] std::int64_t integer(const std::string& sql) const { return std::stoll(text(sql)); }
   /// How many rows the full-text table finds for a phrase.
@@ -50,12 +55,14 @@ class RawDatabase {
   [[nodiscard]] bool isSound() const { return complaint().empty(); }
   /// What these checks find wrong; empty if they find nothing.
   [[nodiscard]] std::string complaint() const {
-    if (auto answer = text("PRAGMA integrity_check"); answer != "ok") return answer;
-    const bool isInStep =
-        sqlite3_exec(connection_,
-                     "INSERT INTO files_fts(files_fts, rank) VALUES('integrity-check', 1)", nullptr,
-                     nullptr, nullptr) == SQLITE_OK;
-    return isInStep ? std::string() : sqlite3_errmsg(connection_);
+    auto answer = text("PRAGMA integrity_check");
+    if (answer != "ok") return answer;
+    answer.clear();
+    const int code = sqlite3_exec(
+        connection_, "INSERT INTO files_fts(files_fts, rank) VALUES('integrity-check', 1)", nullptr,
+        nullptr, nullptr);
+    if (code != SQLITE_OK) answer = sqlite3_errmsg(connection_);
+    return answer;
   }
 
  private:

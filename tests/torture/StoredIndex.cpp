@@ -35,7 +35,7 @@ std::string unsoundness(const std::string& folder) {
   database.exec("PRAGMA busy_timeout = 20000");
   const auto complaint = database.complaint();
   if (complaint.empty()) return {};
-  return std::string("  the database is not sound: ").append(complaint).append("\n");
+  return "  the database is not sound: " + complaint + '\n';
 }
 
 }  // namespace zelnor::test

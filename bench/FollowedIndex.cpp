@@ -59,8 +59,8 @@ FollowedIndex::~FollowedIndex() { loop_.await(actor_.shutDown()); }
 
 void FollowedIndex::build(const std::vector<std::string>& roots) {
   loop_.await(actor_.rebuildIndex(everythingBelow(roots)));
-  settle();
   waitUntilFollowing();
+  settle();
 }
 
 void FollowedIndex::follow(const std::vector<std::string>& roots) {

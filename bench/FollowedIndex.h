@@ -36,11 +36,11 @@ class FollowedIndex {
   FollowedIndex(const FollowedIndex&) = delete;
   FollowedIndex& operator=(const FollowedIndex&) = delete;
 
-  /// Fills the index with what is below `roots` and follows them; returns when nothing is left to
-  /// do.
+  /// Fills the index with what is below `roots` and follows them; returns when every folder is
+  /// followed and what was written is merged. What changed meanwhile may still be on its way.
   void build(const std::vector<std::string>& roots);
   /// Compares what the index knows of `roots` with them and follows them; returns when every folder
-  /// has been compared and is followed.
+  /// has been compared and is followed. What was found may still be on its way into the index.
   void follow(const std::vector<std::string>& roots);
 
   /// Waits until nothing is left to do about what has been written.

@@ -4,9 +4,11 @@
 #include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iostream>
 #include <map>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 
@@ -14,6 +16,7 @@
 #include "bench/IndexProbe.h"
 #include "bench/LatencyChanges.h"
 #include "bench/SearchLoad.h"
+#include "bench/Stopwatch.h"
 #include "bench/TreeMaker.h"
 #include "bench/WatchedProcess.h"
 #include "tests/support/TemporaryFolder.h"
@@ -58,6 +61,7 @@ class LiveRun {
         index_(data, effort.source),
         probe_(data) {
     index_.build({tree, scratch});
+    waitForWhatCameBefore();
     searches_ = searchesFor(data);
   }
 
@@ -75,6 +79,16 @@ class LiveRun {
   }
 
  private:
+  /// Changes are applied in the order in which they were noticed: once the index shows one that is
+  /// made now, all that was noticed before it is there too, like what the first comparison found.
+  void waitForWhatCameBefore() {
+    std::ofstream(scratch_ + "/last before measuring").flush();
+    if (!probe_.untilCorrect(scratch_, Stopwatch())) {
+      throw std::runtime_error("the index does not become what is on disk");
+    }
+    index_.settle();
+  }
+
   void add(const std::string& name, const std::string& unit, std::optional<double> value) {
     figures_.push_back({.name = name, .unit = unit, .value = value});
     std::cerr << name << "\n";

@@ -104,15 +104,15 @@ class Round {
 tasks::Async<bool> carryOut(const std::shared_ptr<Names>& names, std::int32_t ticksPerName,
                             const tasks::Executor& executor) {
   const auto round = std::make_shared<Round>(*names, ticksPerName);
-  std::vector<tasks::Task> helpers(std::min(tasks::processorCount(), round->portions()));
-  for (auto& helper : helpers) {
+  std::vector<tasks::Task> workers(std::min(tasks::processorCount(), round->portions()));
+  for (auto& worker : workers) {
     // Kept by each: when the executor goes away, it drops them one by one.
-    helper = tasks::Task::spawn(executor, [names, round](std::stop_token) -> tasks::Async<void> {
+    worker = tasks::Task::spawn(executor, [names, round](std::stop_token) -> tasks::Async<void> {
       round->work();
       co_return;
     });
   }
-  for (const auto& helper : helpers) co_await helper.wait();
+  for (const auto& worker : workers) co_await worker.wait();
   tasks::throwIfStopped(names->stop);
   co_return !round->isSpent();
 }

@@ -19,14 +19,14 @@ std::chrono::nanoseconds processorTimeOfThread();
 /// that was asleep, must not find less.
 ///
 /// Ordinary expressions need 0.1 s for 50,000 names; those that backtrack may take minutes for one.
-/// So names are looked at in two rounds: the first gives each only a moment, the second goes on
-/// with those that need longer.
+/// So names are looked at in rounds: the first gives each only a moment, the next begin again with
+/// those that need longer, so that none of these takes the time of the others.
 struct MatchBudget {
-  /// Of all threads together, for each of the two rounds: names that altogether take no longer are
-  /// all looked at to the end.
+  /// Of all threads together, for each round: names that altogether take no longer are all looked
+  /// at to the end. When a round has used it up, no other follows.
   std::chrono::nanoseconds processorTime = std::chrono::seconds(5);
-  /// After so many ticks (see RegularExpression::Patience), about 0.3 s, a name is given up.
-  std::int32_t ticksPerName = 2000;
+  /// After so many ticks (see RegularExpression::Patience), about 1.5 s, a name is given up.
+  std::int32_t ticksPerName = 10'000;
   /// How the time is measured; called on each thread that looks at names.
   std::function<std::chrono::nanoseconds()> timeOfThread = processorTimeOfThread;
 };

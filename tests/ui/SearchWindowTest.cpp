@@ -10,6 +10,7 @@
 #include "ui/ResultListView.h"
 #include "ui/SearchWindow.h"
 #include "ui/StartPage.h"
+#include "ui/StatusLine.h"
 
 namespace zelnor::ui {
 namespace {
@@ -87,6 +88,17 @@ TEST_F(SearchWindowTest, SaysThatNothingWasFoundOnlyOnceThatIsKnown) {
     return label->text() == QStringLiteral(u"没有包含「<i>」的文件") &&
            label->textFormat() == Qt::PlainText;
   }));
+}
+
+TEST_F(SearchWindowTest, SaysWhenThereMayBeMoreResults) {
+  const auto* status = window_.findChild<StatusLine*>()->findChild<QLabel*>();
+  source_.matches = 7;
+  source_.isIncomplete = true;
+  type(QStringLiteral("r:name"));
+  EXPECT_EQ(status->text(), QStringLiteral(u"至少 7 个结果"));
+  source_.isIncomplete = false;
+  type(QStringLiteral("\\d"));
+  EXPECT_EQ(status->text(), QStringLiteral(u"共找到 7 个结果"));
 }
 
 }  // namespace

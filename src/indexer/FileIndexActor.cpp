@@ -287,7 +287,7 @@ std::uint64_t FileIndexActor::lastEventID() const {
 }
 
 std::shared_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfiguration& config) {
-  auto options = *surroundings_.changes;
+  auto options = surroundings_.changes.value_or(platform::ChangeStreamOptions{});
   options.scope = {.excludedPrefixes = config.excludedPaths,
                    .skipsHidden = config.skipHiddenFiles,
                    .skipsPackageContents = config.skipPackageContents,

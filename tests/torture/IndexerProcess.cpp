@@ -171,7 +171,8 @@ void IndexerProcess::kill() {
 }
 
 void IndexerProcess::quit() {
-  constexpr std::chrono::seconds kPatience{5};
+  // Its background threads run only when nobody else wants the machine.
+  constexpr std::chrono::seconds kPatience{20};
   ::kill(process_, SIGTERM);
   const auto deadline = std::chrono::steady_clock::now() + kPatience;
   int status = 0;

@@ -117,14 +117,20 @@ class Playground {
     if (isMountRound) unmountAll();
     work(disturbance == Disturbance::standstill);
     endDisturbance(disturbance);
-    if (!isMountRound) return settle({});
+    const auto circumstances = "  with " + nameOf(disturbance) + ", ";
+    if (!isMountRound) return after(circumstances + "mounted\n", settle({}));
     auto left = settle({base_ / "two", base_ / "one/stick"});
-    if (!left.empty()) return "while unmounted:\n" + left;
+    if (!left.empty()) return after(circumstances + "unmounted\n", left);
     mountAll();
-    return settle({});
+    return after(circumstances + "mounted again\n", settle({}));
   }
 
  private:
+  /// Nothing, or what is left with what led to it.
+  static std::string after(const std::string& circumstances, const std::string& left) {
+    return left.empty() ? left : circumstances + left;
+  }
+
   /// What happens to the indexer while the trees change.
   enum class Disturbance : std::uint8_t {
     standstill,
@@ -137,6 +143,13 @@ class Playground {
     none
   };
   static constexpr unsigned kDisturbances = 10;  // now and then none
+
+  static std::string nameOf(Disturbance disturbance) {
+    constexpr std::array kNames{"standstill", "absence",       "kill",     "quit",
+                                "rebuild",    "other rebuild", "full disk"};
+    const auto number = static_cast<std::size_t>(disturbance);
+    return number < kNames.size() ? kNames.at(number) : "none";
+  }
 
   void disturb(Disturbance disturbance) {
     switch (disturbance) {

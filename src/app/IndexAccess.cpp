@@ -87,7 +87,7 @@ FileIndexActor* IndexAccess::indexer() { return writer_ ? &writer_->indexer : nu
 SearchEngine& IndexAccess::engine() { return searcher_->engine; }
 
 tasks::Async<void> IndexAccess::stop() {
-  if (searcher_) searcher_->database.interrupt();
+  if (searcher_) searcher_->database.setInterrupted(true);
   if (writer_) co_await writer_->indexer.shutDown();
 }
 

@@ -88,8 +88,6 @@ tasks::Async<bool> DatabaseManager::isMergingDeferred() {
   co_return co_await onActor([&] { return database_->isMergingDeferred(); });
 }
 
-void DatabaseManager::interrupt() { database_->interrupt(); }
-
 void DatabaseManager::setInterrupted(bool isInterrupted) {
   database_->setInterrupted(isInterrupted);
 }

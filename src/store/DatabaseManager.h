@@ -86,10 +86,8 @@ class DatabaseManager : public tasks::Actor {
   /// Whether merging waits, since a load or a burst of this process or of an earlier one.
   tasks::Async<bool> isMergingDeferred();
 
-  /// Makes the statement that runs now, if any, fail with SQLITE_INTERRUPT. Any thread.
-  void interrupt();
-  /// From now on statements fail so, those that run and those that follow; or no longer. Any
-  /// thread.
+  /// From now on statements fail with SQLITE_INTERRUPT, those that run and those that follow; or no
+  /// longer. Any thread.
   void setInterrupted(bool isInterrupted);
 
  private:

@@ -367,7 +367,7 @@ bool IndexDatabase::isMergingDeferred() { return writer_ && writer_->fullText.is
 
 void IndexDatabase::setInterrupted(bool isInterrupted) {
   interruption_->isWanted = isInterrupted;
-  if (isInterrupted) interrupt();
+  if (isInterrupted) sqlite3_interrupt(connection_.get());
 }
 
 void IndexDatabase::checkpoint() {

@@ -56,8 +56,6 @@ class IndexDatabase {
   bool mergeStep();
   bool isMergingDeferred();
 
-  /// Makes the statement that runs now fail. For any thread.
-  void interrupt() { sqlite3_interrupt(connection_.get()); }
   /// Whether statements fail, those that run now and those that follow. For any thread.
   void setInterrupted(bool isInterrupted);
 

@@ -4,8 +4,8 @@
 
 #include <QEvent>
 
-#include "ui/NoResultsPage.h"
-#include "ui/ResultListView.h"
+#include "ui/panel/NoResultsPage.h"
+#include "ui/list/ResultListView.h"
 
 namespace zelnor::bench {
 namespace {

@@ -13,7 +13,7 @@
 #include "bench/Stopwatch.h"
 #include "bench/Typist.h"
 #include "tests/support/TemporaryFolder.h"
-#include "ui/SearchWindow.h"
+#include "ui/panel/SearchWindow.h"
 
 namespace zelnor::bench {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "bench/PaintWatch.h"
 #include "bench/Stopwatch.h"
-#include "ui/SearchWindow.h"
+#include "ui/panel/SearchWindow.h"
 
 namespace zelnor::bench {
 

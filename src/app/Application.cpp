@@ -10,7 +10,7 @@
 #include "app/OpenFile.h"
 #include "app/Options.h"
 #include "app/TerminationSignals.h"
-#include "ui/SearchWindow.h"
+#include "ui/panel/SearchWindow.h"
 #include "ui/Style.h"
 
 namespace zelnor::app {

@@ -6,9 +6,9 @@
 #include <QTest>
 
 #include "tests/ui/SearchFixture.h"
-#include "ui/ResultListModel.h"
-#include "ui/ResultListView.h"
-#include "ui/ResultRowGeometry.h"
+#include "ui/list/ResultListModel.h"
+#include "ui/list/ResultListView.h"
+#include "ui/list/ResultRowGeometry.h"
 
 namespace zelnor::ui {
 namespace {

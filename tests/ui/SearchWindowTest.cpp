@@ -6,11 +6,11 @@
 #include <QTest>
 
 #include "tests/ui/SearchFixture.h"
-#include "ui/NoResultsPage.h"
-#include "ui/ResultListView.h"
-#include "ui/SearchWindow.h"
-#include "ui/StartPage.h"
-#include "ui/StatusLine.h"
+#include "ui/panel/NoResultsPage.h"
+#include "ui/list/ResultListView.h"
+#include "ui/panel/SearchWindow.h"
+#include "ui/panel/StartPage.h"
+#include "ui/panel/StatusLine.h"
 
 namespace zelnor::ui {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "ui/StatusText.h"
+#include "ui/panel/StatusText.h"
 
 namespace zelnor::ui {
 namespace {

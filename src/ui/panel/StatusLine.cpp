@@ -1,4 +1,4 @@
-#include "ui/StatusLine.h"
+#include "ui/panel/StatusLine.h"
 
 #include <chrono>
 

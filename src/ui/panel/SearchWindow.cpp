@@ -1,15 +1,15 @@
-#include "ui/SearchWindow.h"
+#include "ui/panel/SearchWindow.h"
 
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "ui/NoResultsPage.h"
+#include "ui/panel/NoResultsPage.h"
 #include "ui/Palette.h"
-#include "ui/ResultListView.h"
-#include "ui/SearchField.h"
-#include "ui/StartPage.h"
-#include "ui/StatusLine.h"
-#include "ui/TypeChips.h"
+#include "ui/list/ResultListView.h"
+#include "ui/panel/SearchField.h"
+#include "ui/panel/StartPage.h"
+#include "ui/panel/StatusLine.h"
+#include "ui/panel/TypeChips.h"
 
 namespace zelnor::ui {
 

@@ -1,4 +1,4 @@
-#include "ui/ResultListModel.h"
+#include "ui/list/ResultListModel.h"
 
 #include <string_view>
 

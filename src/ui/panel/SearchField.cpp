@@ -1,4 +1,4 @@
-#include "ui/SearchField.h"
+#include "ui/panel/SearchField.h"
 
 #include <QAbstractButton>
 #include <QHBoxLayout>

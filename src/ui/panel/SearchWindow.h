@@ -7,7 +7,7 @@
 #include <QWidget>
 
 #include "search/SearchViewModel.h"
-#include "ui/StatusText.h"
+#include "ui/panel/StatusText.h"
 
 namespace zelnor::ui {
 

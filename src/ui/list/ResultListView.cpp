@@ -1,4 +1,4 @@
-#include "ui/ResultListView.h"
+#include "ui/list/ResultListView.h"
 
 #include <algorithm>
 #include <iterator>
@@ -10,8 +10,8 @@
 #include <QScrollBar>
 
 #include "ui/Palette.h"
-#include "ui/ResultDelegate.h"
-#include "ui/ResultListModel.h"
+#include "ui/list/ResultDelegate.h"
+#include "ui/list/ResultListModel.h"
 
 namespace zelnor::ui {
 

@@ -4,7 +4,7 @@
 #include <QWidget>
 
 #include "search/SortField.h"
-#include "ui/StatusText.h"
+#include "ui/panel/StatusText.h"
 
 class QLabel;
 class QToolButton;

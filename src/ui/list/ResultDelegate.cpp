@@ -1,12 +1,12 @@
-#include "ui/ResultDelegate.h"
+#include "ui/list/ResultDelegate.h"
 
 #include <QFontMetrics>
 #include <QPainter>
 
 #include "ui/Glyphs.h"
 #include "ui/Palette.h"
-#include "ui/ResultListModel.h"
-#include "ui/ResultRowGeometry.h"
+#include "ui/list/ResultListModel.h"
+#include "ui/list/ResultRowGeometry.h"
 
 namespace zelnor::ui {
 

@@ -1,4 +1,4 @@
-#include "ui/NoResultsPage.h"
+#include "ui/panel/NoResultsPage.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

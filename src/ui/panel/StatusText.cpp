@@ -1,4 +1,4 @@
-#include "ui/StatusText.h"
+#include "ui/panel/StatusText.h"
 
 namespace zelnor::ui {
 

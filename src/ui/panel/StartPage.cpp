@@ -1,4 +1,4 @@
-#include "ui/StartPage.h"
+#include "ui/panel/StartPage.h"
 
 #include <QLabel>
 #include <QListWidget>

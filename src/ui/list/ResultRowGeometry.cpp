@@ -1,4 +1,4 @@
-#include "ui/ResultRowGeometry.h"
+#include "ui/list/ResultRowGeometry.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "ui/TypeChips.h"
+#include "ui/panel/TypeChips.h"
 
 #include <array>
 

@@ -1,0 +1,97 @@
+#include "ui/Menu.h"
+
+#include <QPainter>
+#include <QStyleOptionMenuItem>
+
+#include "ui/Palette.h"
+#include "ui/Symbol.h"
+#include "ui/Typography.h"
+
+namespace zelnor::ui {
+
+namespace {
+
+constexpr int kSymbol = 15;
+constexpr int kPadding = 8;
+constexpr int kSymbolGap = 8;
+constexpr int kItemHeight = 26;
+constexpr int kSeparatorHeight = 9;
+constexpr int kShortest = 120;
+constexpr double kRadius = 5;
+constexpr auto kDestructive = "destructive";
+
+/// What menus write for a single "&".
+QString verbatim(QString title) { return title.replace(u'&', QStringLiteral("&&")); }
+
+QString shown(const QStyleOptionMenuItem& item) {
+  return QString(item.text).replace(QStringLiteral("&&"), QStringLiteral("&"));
+}
+
+}  // namespace
+
+Menu::Menu(QWidget* parent) : QMenu(parent) { setFont(type::font(type::kBody)); }
+
+QAction* Menu::add(QLatin1String symbol, const QString& title, std::function<void()> chosen) {
+  auto* action = addAction(verbatim(title));
+  if (!symbol.isEmpty()) action->setIcon(symbolIcon(symbol, palette::kSecondaryText));
+  connect(action, &QAction::triggered, this, std::move(chosen));
+  return action;
+}
+
+QAction* Menu::addDestructive(QLatin1String symbol, const QString& title,
+                              std::function<void()> chosen) {
+  auto* action = add(symbol, title, std::move(chosen));
+  if (!symbol.isEmpty()) action->setIcon(symbolIcon(symbol, palette::kRed));
+  action->setProperty(kDestructive, true);
+  return action;
+}
+
+void Menu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
+  QMenu::initStyleOption(option, action);
+  if (action->property(kDestructive).toBool()) {
+    option->palette.setColor(QPalette::Text, palette::kRed);
+  }
+}
+
+void paintMenuPanel(QPainter& painter, const QRect& rect) {
+  painter.save();
+  painter.setPen(palette::kOutline);
+  painter.setBrush(palette::kPanel);
+  painter.drawRect(rect.adjusted(0, 0, -1, -1));
+  painter.restore();
+}
+
+void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& item) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (item.menuItemType == QStyleOptionMenuItem::Separator) {
+    const auto line = item.rect.adjusted(kPadding, 0, -kPadding, 0);
+    painter.fillRect(QRect(line.left(), line.center().y(), line.width(), 1), palette::kSeparator);
+    painter.restore();
+    return;
+  }
+  const bool isChosen = item.state.testFlag(QStyle::State_Selected);
+  if (isChosen) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette::kSelection);
+    painter.drawRoundedRect(item.rect, kRadius, kRadius);
+  }
+  const int side = type::scaled(kSymbol);
+  QRect place(item.rect.left() + kPadding, 0, side, side);
+  place.moveTop(item.rect.center().y() - side / 2);
+  item.icon.paint(&painter, place);
+  painter.setFont(item.font);
+  painter.setPen(item.palette.color(QPalette::Text));
+  painter.drawText(item.rect.adjusted(kPadding + side + kSymbolGap, 0, -kPadding, 0),
+                   Qt::AlignVCenter | Qt::TextSingleLine, shown(item));
+  painter.restore();
+}
+
+QSize menuItemSize(const QStyleOptionMenuItem& item) {
+  if (item.menuItemType == QStyleOptionMenuItem::Separator) return {kShortest, kSeparatorHeight};
+  const int text = QFontMetrics(item.font).horizontalAdvance(shown(item));
+  const int width = 3 * kPadding + type::scaled(kSymbol) + kSymbolGap + text;
+  return {std::max(width, kShortest), type::scaled(kItemHeight)};
+}
+
+}  // namespace zelnor::ui

@@ -6,12 +6,12 @@ class QLabel;
 
 namespace zelnor::ui {
 
-/// What is shown when a search found nothing.
-class NoResultsPage final : public QWidget {
+/// Says that nothing was found, and what else to try.
+class NoResultsView final : public QWidget {
   Q_OBJECT
 
  public:
-  explicit NoResultsPage(QWidget* parent = nullptr);
+  explicit NoResultsView(QWidget* parent = nullptr);
 
   void setQuery(const QString& query);
 

@@ -7,19 +7,19 @@
 #include "ui/panel/StatusText.h"
 
 class QLabel;
-class QToolButton;
 
 namespace zelnor::ui {
 
+class SortButton;
 class Spinner;
 
 /// The strip at the bottom: on the left what goes on, on the right, while there are results, how
 /// they are sorted.
-class StatusLine final : public QWidget {
+class StatusBarView final : public QWidget {
   Q_OBJECT
 
  public:
-  explicit StatusLine(QWidget* parent = nullptr);
+  explicit StatusBarView(QWidget* parent = nullptr);
 
   /// A search is told of only once it takes noticeably long, so that the line does not flicker
   /// while the user types.
@@ -34,10 +34,14 @@ class StatusLine final : public QWidget {
 
  private:
   void showText(const StatusText& text);
+  void showSortMenu();
 
   Spinner* spinner_;
   QLabel* label_;
-  QToolButton* sort_;
+  QLabel* warning_;
+  SortButton* sort_;
+  SortField sortField_ = SortField::relevance;
+  bool sortAscending_ = true;
   StatusFacts facts_;
   QTimer patience_;
 };

@@ -17,6 +17,13 @@ struct SearchResult {
   friend bool operator==(const SearchResult&, const SearchResult&) = default;
 };
 
+/// Whether both are the same file under two names, one of which it had before: nothing else about
+/// it has changed.
+inline bool isRenamed(const FileRecord& before, const FileRecord& after) {
+  return before.inode != 0 && before.inode == after.inode && before.kind == after.kind &&
+         before.size == after.size && before.mtime == after.mtime && before.path != after.path;
+}
+
 }  // namespace zelnor
 
 template <>

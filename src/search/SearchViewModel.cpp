@@ -386,22 +386,28 @@ std::int64_t SearchViewModel::leaveOutRemoved(Results& rows, bool isWhole) {
   return static_cast<std::int64_t>(hidden);
 }
 
-/// The ids of the selected files in `rows`: a file that changed has a new id at its path, one that
-/// was moved has its id at a new path.
+/// The ids of the selected files in `rows`: a file that changed has a new id at its path, one whose
+/// folder was moved has its id at a new path, and one that was renamed has both new.
 SearchViewModel::IdSet SearchViewModel::selectedAmong(const Results& rows) const {
   if (selectedIDs_.empty()) return {};
-  std::map<std::string_view, std::int64_t> idOfPath;
   auto selected = selectedIDs_;
+  std::map<std::string_view, const FileRecord*> missing;
   for (const auto& result : results_) {
-    if (selected.erase(result.id()) > 0) idOfPath.emplace(result.record.path, result.id());
+    if (selected.erase(result.id()) > 0) missing.emplace(result.record.path, &result.record);
   }
   for (const auto& row : rows) {
-    if (idOfPath.erase(row.record.path) > 0) selected.insert(row.id());
+    if (missing.erase(row.record.path) > 0) selected.insert(row.id());
   }
-  IdSet moved;
-  for (const auto& [path, id] : idOfPath) moved.insert(id);
+  std::map<std::int64_t, const FileRecord*> byId;
+  std::map<std::int64_t, const FileRecord*> byInode;
+  for (const auto& [path, record] : missing) {
+    byId.emplace(record->id, record);
+    byInode.emplace(record->inode, record);
+  }
   for (const auto& row : rows) {
-    if (moved.contains(row.id())) selected.insert(row.id());
+    const auto renamed = byInode.find(row.record.inode);
+    const bool isRenamedOne = renamed != byInode.end() && isRenamed(*renamed->second, row.record);
+    if (isRenamedOne || byId.contains(row.id())) selected.insert(row.id());
   }
   return selected;
 }

@@ -138,8 +138,9 @@ void Sheet::open() {
 
 void Sheet::cancel() {
   if (isClosing_) return;
-  if (cancelButton_ != nullptr) {
-    cancelButton_->click();
+  auto* button = cancelButton_ != nullptr ? cancelButton_ : defaultButton_;
+  if (button != nullptr) {
+    button->click();
   } else {
     dismiss();
   }

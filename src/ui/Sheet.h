@@ -27,7 +27,7 @@ class Sheet : public QWidget {
   Sheet(const QString& title, QWidget& panel);
 
   void open();
-  /// Closes the sheet without doing anything.
+  /// Closes the sheet as its button with the role `cancel` does, or as its only one.
   virtual void cancel();
 
  Q_SIGNALS:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -27,9 +28,10 @@ class FakeSearchSource final : public SearchSource {
   };
 
   std::int64_t matches = 0;
-  std::int64_t firstRow = 0;        ///< the first match; those before have gone
-  std::string folder = "/folder/";  ///< where the matches are
-  std::set<std::int64_t> gone;      ///< of the rows, those that do not match any more
+  std::int64_t firstRow = 0;                      ///< the first match; those before have gone
+  std::string folder = "/folder/";                ///< where the matches are
+  std::set<std::int64_t> gone;                    ///< of the rows, those that do not match any more
+  std::map<std::int64_t, SearchResult> replaced;  ///< what there is in place of some of the rows
   bool isIncomplete = false;
   std::optional<DatabaseError> failure;
   bool isHeld = false;
@@ -45,7 +47,8 @@ class FakeSearchSource final : public SearchSource {
     for (auto id = firstRow; id < firstRow + matches; ++id) {
       if (gone.contains(id) || offset-- > 0) continue;
       if (std::ssize(page.results) == limit) break;
-      page.results.push_back(row(id, folder));
+      const auto other = replaced.find(id);
+      page.results.push_back(other == replaced.end() ? row(id, folder) : other->second);
     }
     co_return page;
   }
@@ -65,6 +68,7 @@ class FakeSearchSource final : public SearchSource {
   static SearchResult row(std::int64_t id, const std::string& folder = "/folder/") {
     FileRecord record;
     record.id = id;
+    record.inode = id + 1;
     record.name = "name" + std::to_string(id);
     record.path = folder + record.name;
     return {record};

@@ -500,6 +500,22 @@ TEST_F(SearchViewModelTest, TheListFollowsTheIndexQuietly) {
   EXPECT_THAT(model_->selectedIDs(), ElementsAre(399));
 }
 
+TEST_F(SearchViewModelTest, AFileThatIsRenamedKeepsItsSelection) {
+  source_.matches = 10;
+  search("report");
+  model_->setSelectedIDs({3, 4});
+  auto renamed = test::FakeSearchSource::row(100);
+  renamed.record.inode = test::FakeSearchSource::row(3).record.inode;
+  auto other = renamed;  // has the number of a file that has gone, and is another
+  other.record.inode = test::FakeSearchSource::row(4).record.inode;
+  other.record.id = 101;
+  other.record.path += "b";
+  other.record.mtime = 1;
+  source_.replaced = {{3, renamed}, {4, other}};
+  refresh();
+  EXPECT_THAT(model_->selectedIDs(), ElementsAre(100));
+}
+
 TEST_F(SearchViewModelTest, ARefreshGivesWayToTheUser) {
   source_.matches = 450;
   search("report");

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include <QHBoxLayout>
+#include <QStringView>
 #include <QVBoxLayout>
 
 #include "ui/Palette.h"
@@ -12,16 +14,17 @@ namespace zelnor::ui {
 namespace {
 constexpr int kSpacing = 10;
 constexpr int kHintSpacing = 4;
-constexpr std::array kHints{u"• 检查拼写或尝试其他关键词", u"• 使用通配符：report*2024",
-                            u"• 确认文件所在目录已加入索引范围"};
+constexpr std::array<QStringView, 3> kHints{u"• 检查拼写或尝试其他关键词",
+                                            u"• 使用通配符：report*2024",
+                                            u"• 确认文件所在目录已加入索引范围"};
 }  // namespace
 
 NoResultsView::NoResultsView(QWidget* parent)
     : QWidget(parent), sentence_(new ElidedLabel(type::kLabel, palette::kSecondaryText, this)) {
   auto* hints = new QVBoxLayout;
   hints->setSpacing(kHintSpacing);
-  for (const auto* hint : kHints) {
-    hints->addWidget(makeText(QString(hint), type::kLabel, palette::kSecondaryText, this));
+  for (const auto hint : kHints) {
+    hints->addWidget(makeText(hint.toString(), type::kLabel, palette::kSecondaryText, this));
   }
   sentence_->setAlignment(Qt::AlignCenter);
 

@@ -4,16 +4,16 @@
 
 #include <QEvent>
 
-#include "ui/panel/NoResultsPage.h"
-#include "ui/list/ResultListView.h"
+#include "ui/panel/NoResultsView.h"
+#include "ui/list/ResultRows.h"
 
 namespace zelnor::bench {
 namespace {
 
 /// A list paints on its viewport.
 bool showsResults(const QObject* receiver) {
-  return qobject_cast<const ui::ResultListView*>(receiver->parent()) != nullptr ||
-         qobject_cast<const ui::NoResultsPage*>(receiver) != nullptr;
+  return qobject_cast<const ui::ResultRows*>(receiver->parent()) != nullptr ||
+         qobject_cast<const ui::NoResultsView*>(receiver) != nullptr;
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 #include "bench/Stopwatch.h"
 #include "bench/Typist.h"
 #include "tests/support/TemporaryFolder.h"
-#include "ui/panel/SearchWindow.h"
+#include "ui/panel/SearchView.h"
 
 namespace zelnor::bench {
 namespace {
@@ -81,7 +81,9 @@ Figures measureTyping(PaintWatch& application, const std::string& tree, const st
                                    .dataFolder = data / "data",
                                    .settingsFolder = data / "settings",
                                    .roots = {tree}});
-  ui::SearchWindow window(environment.searchViewModel());
+  auto& desktop = environment.desktop();
+  ui::SearchView window({environment.searchViewModel(), environment.bookmarkViewModel(),
+                         desktop.files(), desktop.clipboard(), &desktop.icons()});
   window.show();
   handleEventsFor(kFirstPainting);
 

@@ -6,7 +6,7 @@
 
 #include "bench/PaintWatch.h"
 #include "bench/Stopwatch.h"
-#include "ui/panel/SearchWindow.h"
+#include "ui/panel/SearchView.h"
 
 namespace zelnor::bench {
 
@@ -17,7 +17,7 @@ inline constexpr double kDebounceSeconds =
 /// Types into a search window as a user does. Events are handled meanwhile.
 class Typist {
  public:
-  Typist(PaintWatch& application, ui::SearchWindow& window, SearchViewModel& model)
+  Typist(PaintWatch& application, ui::SearchView& window, SearchViewModel& model)
       : application_(application), window_(window), model_(model) {}
 
   /// Types `text` into the empty field at ten characters a second and waits for the results; then
@@ -31,7 +31,7 @@ class Typist {
   void waitUntilPainted(const Stopwatch& sinceLastKey);
 
   PaintWatch& application_;
-  ui::SearchWindow& window_;
+  ui::SearchView& window_;
   SearchViewModel& model_;
 };
 

@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   zelnor::bench::addQueryCommand(program);
   zelnor::bench::addLiveCommand(program);
   zelnor::bench::addReconcileCommand(program);
-  zelnor::bench::addTypingCommand(program);
+  zelnor::bench::addWindowCommands(program);
   try {
     program.parse(argc, argv);
     return EXIT_SUCCESS;

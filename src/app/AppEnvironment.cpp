@@ -8,6 +8,7 @@
 #include <QEventLoop>
 
 #include "app/RunOn.h"
+#include "bookmarks/BookmarkServices.h"
 #include "platform/Priority.h"
 #include "search/SearchServices.h"
 
@@ -17,6 +18,14 @@ namespace {
 
 constexpr std::size_t kInteractiveThreads = 2;
 constexpr std::size_t kBackgroundThreads = 3;
+
+/// Tells it to stop; complete once it has ended.
+template <class Stopping>
+std::shared_ptr<tasks::Completion<bool>> ended(Stopping& what) {
+  auto end = std::make_shared<tasks::Completion<bool>>();
+  what.stop([end] { end->set(true); });
+  return end;
+}
 
 void printLine(const std::string& line) {
   std::printf("%s\n", line.c_str());
@@ -34,6 +43,10 @@ AppEnvironment::AppEnvironment(Options options)
       index_(surroundings(), interactive_.executor(), clock_),
       searchViewModel_(std::make_unique<SearchViewModel>(
           SearchServices{source_, clock_, defaults_, main_.executor(), interactive_.executor()})),
+      bookmarkFiles_(options_.dataFolder, interactive_.executor()),
+      bookmarkViewModel_(std::make_unique<BookmarkViewModel>(
+          BookmarkServices{bookmarkFiles_, main_.executor()})),
+      desktop_(main_.executor(), background_.executor(), clock_),
       tasks_(main_.executor()) {}
 
 AppEnvironment::~AppEnvironment() = default;
@@ -116,11 +129,10 @@ tasks::Async<void> AppEnvironment::endEverything() {
   tasks_.cancelAll();
   source_.fail(std::make_exception_ptr(
       std::system_error(std::make_error_code(std::errc::operation_canceled))));
-  const auto stopped = std::make_shared<tasks::Completion<bool>>();
-  searchViewModel_->stop([stopped] { stopped->set(true); });
+  const auto ends = {ended(*searchViewModel_), ended(*bookmarkViewModel_), ended(desktop_)};
   co_await index_.stop();
   co_await tasks_.wait();
-  co_await tasks::Completion<bool>::wait(stopped);
+  for (const auto& end : ends) co_await tasks::Completion<bool>::wait(end);
   co_await index_.close();
 }
 

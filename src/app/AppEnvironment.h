@@ -7,8 +7,11 @@
 #include <QString>
 
 #include "app/DeferredSearchSource.h"
+#include "app/DesktopServices.h"
 #include "app/IndexAccess.h"
 #include "app/Options.h"
+#include "bookmarks/BookmarkPersistenceService.h"
+#include "bookmarks/BookmarkViewModel.h"
 #include "indexer/IndexStatus.h"
 #include "platform/FileDefaultsStore.h"
 #include "platform/desktop/QtMainExecutor.h"
@@ -32,6 +35,8 @@ class AppEnvironment final : public QObject {
   ~AppEnvironment() override;
 
   [[nodiscard]] SearchViewModel& searchViewModel() { return *searchViewModel_; }
+  [[nodiscard]] BookmarkViewModel& bookmarkViewModel() { return *bookmarkViewModel_; }
+  [[nodiscard]] DesktopServices& desktop() { return desktop_; }
 
   /// Opens the index and keeps it current; fills it if it is empty or if other roots were asked
   /// for. As long as another process does that, the index can only be searched; when that one ends,
@@ -69,6 +74,9 @@ class AppEnvironment final : public QObject {
   IndexAccess index_;
   LiveIndexStatus::Observation observation_;
   std::unique_ptr<SearchViewModel> searchViewModel_;
+  BookmarkPersistenceService bookmarkFiles_;
+  std::unique_ptr<BookmarkViewModel> bookmarkViewModel_;
+  DesktopServices desktop_;
   tasks::TaskGroup tasks_;
 };
 

@@ -7,10 +7,9 @@
 #include <QApplication>
 
 #include "app/AppEnvironment.h"
-#include "app/OpenFile.h"
 #include "app/Options.h"
 #include "app/TerminationSignals.h"
-#include "ui/panel/SearchWindow.h"
+#include "ui/panel/SearchView.h"
 #include "ui/Style.h"
 
 namespace zelnor::app {
@@ -30,29 +29,31 @@ bool hasDisplay() {
   return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
 }
 
-void connectWindow(AppEnvironment& environment, ui::SearchWindow& window) {
-  QObject::connect(&environment, &AppEnvironment::indexStatusChanged, &window,
-                   [&window](const IndexStatus& status) {
-                     window.setIndexing(status.state.kind == IndexStatus::State::Kind::indexing,
+void connectView(AppEnvironment& environment, ui::SearchView& view) {
+  QObject::connect(&environment, &AppEnvironment::indexStatusChanged, &view,
+                   [&view](const IndexStatus& status) {
+                     view.setIndexing(status.state.kind == IndexStatus::State::Kind::indexing,
                                         status.processedFiles, status.totalFiles);
                    });
-  QObject::connect(&environment, &AppEnvironment::noticeChanged, &window,
-                   &ui::SearchWindow::setNotice);
-  QObject::connect(&environment, &AppEnvironment::failed, &window, &ui::SearchWindow::setFailure);
-  QObject::connect(&window, &ui::SearchWindow::openRequested, &window, openFile);
+  QObject::connect(&environment, &AppEnvironment::noticeChanged, &view,
+                   &ui::SearchView::setNotice);
+  QObject::connect(&environment, &AppEnvironment::failed, &view, &ui::SearchView::setFailure);
+  QObject::connect(&view, &ui::SearchView::closeRequested, &view, &QWidget::showMinimized);
 }
 
 int runWindow(Options options) {
   AppEnvironment environment(std::move(options));
-  ui::SearchWindow window(environment.searchViewModel());
-  connectWindow(environment, window);
+  ui::SearchView view(ui::SearchPanelServices{
+      environment.searchViewModel(), environment.bookmarkViewModel(), environment.desktop().files(),
+      environment.desktop().clipboard(), &environment.desktop().icons()});
+  connectView(environment, view);
   const TerminationSignals signals;
   QObject::connect(&signals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
-  window.show();
+  view.show();
   environment.start();
 
   const int status = QApplication::exec();
-  window.hide();
+  view.hide();
   limitEnding(kEndingPatience);
   environment.shutDown();
   return status;

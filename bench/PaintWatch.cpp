@@ -4,8 +4,8 @@
 
 #include <QEvent>
 
-#include "ui/panel/NoResultsView.h"
 #include "ui/list/ResultRows.h"
+#include "ui/panel/NoResultsView.h"
 
 namespace zelnor::bench {
 namespace {

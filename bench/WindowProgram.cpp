@@ -46,8 +46,7 @@ void drawOffscreenWithoutDisplay() {
 
 std::string answer(const Figures& figures, const Options& options) {
   return text(figures,
-              {{"folder", options.folder},
-               {"display", QApplication::platformName().toStdString()}},
+              {{"folder", options.folder}, {"display", QApplication::platformName().toStdString()}},
               options.json);
 }
 

@@ -44,8 +44,8 @@ AppEnvironment::AppEnvironment(Options options)
       searchViewModel_(std::make_unique<SearchViewModel>(
           SearchServices{source_, clock_, defaults_, main_.executor(), interactive_.executor()})),
       bookmarkFiles_(options_.dataFolder, interactive_.executor()),
-      bookmarkViewModel_(std::make_unique<BookmarkViewModel>(
-          BookmarkServices{bookmarkFiles_, main_.executor()})),
+      bookmarkViewModel_(
+          std::make_unique<BookmarkViewModel>(BookmarkServices{bookmarkFiles_, main_.executor()})),
       desktop_(main_.executor(), background_.executor(), clock_),
       tasks_(main_.executor()) {}
 

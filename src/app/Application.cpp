@@ -9,8 +9,8 @@
 #include "app/AppEnvironment.h"
 #include "app/Options.h"
 #include "app/TerminationSignals.h"
-#include "ui/panel/SearchView.h"
 #include "ui/Style.h"
+#include "ui/panel/SearchView.h"
 
 namespace zelnor::app {
 
@@ -33,10 +33,9 @@ void connectView(AppEnvironment& environment, ui::SearchView& view) {
   QObject::connect(&environment, &AppEnvironment::indexStatusChanged, &view,
                    [&view](const IndexStatus& status) {
                      view.setIndexing(status.state.kind == IndexStatus::State::Kind::indexing,
-                                        status.processedFiles, status.totalFiles);
+                                      status.processedFiles, status.totalFiles);
                    });
-  QObject::connect(&environment, &AppEnvironment::noticeChanged, &view,
-                   &ui::SearchView::setNotice);
+  QObject::connect(&environment, &AppEnvironment::noticeChanged, &view, &ui::SearchView::setNotice);
   QObject::connect(&environment, &AppEnvironment::failed, &view, &ui::SearchView::setFailure);
   QObject::connect(&view, &ui::SearchView::closeRequested, &view, &QWidget::showMinimized);
 }

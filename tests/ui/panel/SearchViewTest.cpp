@@ -1,0 +1,257 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QInputMethodEvent>
+#include <QLabel>
+
+#include "tests/ui/panel/PanelFixture.h"
+#include "ui/Alert.h"
+#include "ui/bookmarks/AddBookmarkSheet.h"
+#include "ui/bookmarks/BookmarksSidebarView.h"
+#include "ui/list/ResultRows.h"
+#include "ui/panel/EmptyStateView.h"
+#include "ui/panel/FilterPanelView.h"
+#include "ui/panel/NoResultsView.h"
+#include "ui/panel/ProgressSheet.h"
+#include "ui/panel/StatusBarView.h"
+
+namespace zelnor::ui {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class SearchViewTest : public PanelFixture {
+ protected:
+  [[nodiscard]] QStringList texts(const QWidget& within) const {
+    QStringList texts;
+    for (const auto* label : within.findChildren<QLabel*>()) {
+      if (label->isVisible() && !label->text().isEmpty()) texts << label->text();
+    }
+    return texts;
+  }
+  [[nodiscard]] QString status() const { return texts(*find<StatusBarView>()).join(u'|'); }
+
+  ResultRows* rows_ = find<ResultRows>();
+  EmptyStateView* empty_ = find<EmptyStateView>();
+  NoResultsView* noResults_ = find<NoResultsView>();
+};
+
+TEST_F(SearchViewTest, ShowsThePageThatFitsTheSearch) {
+  EXPECT_TRUE(empty_->isVisible());
+  source_.isHeld = true;
+  QTest::keyClicks(field_, QStringLiteral("<i>"));
+  EXPECT_FALSE(noResults_->isVisible());  // nobody knows yet
+  waitForSearch();
+  EXPECT_TRUE(rows_->isVisible());
+  while (source_.waiting() > 0) {
+    source_.release();
+    settle();
+  }
+  EXPECT_TRUE(noResults_->isVisible());
+  EXPECT_TRUE(texts(*noResults_).contains(QStringLiteral(u"没有包含「<i>」的文件")));
+  source_.isHeld = false;
+  source_.matches = 7;
+  type(QStringLiteral("x"));
+  EXPECT_TRUE(rows_->isVisible());
+  click(u"清除");
+  EXPECT_TRUE(empty_->isVisible());
+  EXPECT_TRUE(field_->hasFocus());
+  click(u"图片");  // a filter alone is a search
+  waitForSearch();
+  EXPECT_TRUE(rows_->isVisible());
+  EXPECT_EQ(model_.filter().category, FileTypeCategory::image);
+}
+
+TEST_F(SearchViewTest, GoesFromFieldToListAndBackByKeyboard) {
+  source_.matches = 20;
+  type(QStringLiteral("rep"));
+  press(Qt::Key_Down);
+  ASSERT_TRUE(rows_->hasFocus());
+  press(Qt::Key_Down);
+  press(Qt::Key_Return);
+  settle();
+  EXPECT_THAT(desktop_.log, ElementsAre("open /folder/name1"));
+  press(Qt::Key_Up);
+  press(Qt::Key_Up);
+  EXPECT_TRUE(field_->hasFocus());
+  press(Qt::Key_Down);
+  QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("o"));  // goes on typing
+  EXPECT_EQ(model_.queryText(), "repo");
+  EXPECT_TRUE(field_->hasFocus());
+}
+
+TEST_F(SearchViewTest, ReturnInTheFieldOpensWhatWasTypedFor) {
+  source_.matches = 20;
+  type(QStringLiteral("rep"));
+  press(Qt::Key_Return);
+  settle();
+  model_.setSelectedIDs({4});
+  press(Qt::Key_Return);
+  settle();
+  EXPECT_THAT(desktop_.log, ElementsAre("open /folder/name0", "open /folder/name4"));
+
+  desktop_.log.clear();
+  source_.firstRow = 7;
+  model_.setSelectedIDs({});
+  QTest::keyClicks(field_, QStringLiteral("o"));  // the answer to it is not there yet
+  press(Qt::Key_Return);
+  EXPECT_THAT(desktop_.log, IsEmpty());
+  settle();
+  EXPECT_THAT(desktop_.log, ElementsAre("open /folder/name7"));
+}
+
+TEST_F(SearchViewTest, WhatAnInputMethodHoldsIsNotSearchedFor) {
+  source_.matches = 3;
+  QInputMethodEvent composing(QStringLiteral("bao gao"), {});
+  QApplication::sendEvent(field_, &composing);
+  waitForSearch();
+  EXPECT_THAT(source_.searches, IsEmpty());
+  EXPECT_TRUE(empty_->isVisible());
+  QInputMethodEvent chosen;
+  chosen.setCommitString(QStringLiteral(u"报告"));
+  QApplication::sendEvent(field_, &chosen);
+  waitForSearch();
+  ASSERT_EQ(source_.searches.size(), 1U);
+  EXPECT_EQ(source_.searches.front().query.text, "报告");
+}
+
+TEST_F(SearchViewTest, EscapeForgetsThePreviewThenCloses) {
+  int closed = 0;
+  std::vector<std::string> previewed;
+  QObject::connect(view_.get(), &SearchView::closeRequested, [&] { ++closed; });
+  QObject::connect(view_.get(), &SearchView::previewRequested,
+                   [&](const std::string& path) { previewed.push_back(path); });
+  source_.matches = 5;
+  type(QStringLiteral("a b"));
+  EXPECT_EQ(model_.queryText(), "a b");
+  EXPECT_THAT(previewed, IsEmpty());
+  rows_->setFocus();
+  press(Qt::Key_Space);  // nothing is selected: takes the first
+  EXPECT_THAT(model_.selectedIDs(), ElementsAre(0));
+  press(Qt::Key_Escape);
+  EXPECT_EQ(closed, 1);
+  press(Qt::Key_Space);
+  EXPECT_THAT(previewed, ElementsAre("/folder/name0", "/folder/name0"));
+  press(Qt::Key_Escape);
+  EXPECT_EQ(closed, 1);
+  press(Qt::Key_Escape);
+  EXPECT_EQ(closed, 2);
+}
+
+TEST_F(SearchViewTest, OffersRecentSearchesAndBookmarks) {
+  for (const auto* text : {"a & <b>", "second"}) {
+    search(text);
+    model_.setQueryText("");
+  }
+  SearchFilter large;
+  large.sizePreset = SizePreset::large;
+  for (const auto* name : {"1", "2", "3", "4", "5 & 6", "7"}) {
+    bookmarks_.addBookmark(name, "query", large, {});
+  }
+  settle();
+  EXPECT_NE(button(u"4"), nullptr);
+  EXPECT_EQ(button(u"7"), nullptr);  // one too many
+  field_->setFocus();
+  press(Qt::Key_Down);
+  press(Qt::Key_Down);
+  press(Qt::Key_Return);
+  EXPECT_EQ(field_->text(), QStringLiteral("a & <b>"));
+  EXPECT_TRUE(field_->hasFocus());
+  click(u"清除");
+  view_->setShowsBookmarks(true);
+  click(u"5 & 6");
+  EXPECT_EQ(field_->text(), QStringLiteral("query"));
+  EXPECT_EQ(model_.filter(), large);
+  EXPECT_FALSE(view_->showsBookmarks());
+  EXPECT_NE(button(u"筛选 (1) ▾"), nullptr);
+}
+
+TEST_F(SearchViewTest, FiltersAreChosenCountedAndReset) {
+  type(QStringLiteral("foo"));
+  EXPECT_EQ(button(u"今天"), nullptr);
+  click(u"筛选 ▾");
+  click(u"今天");
+  EXPECT_NE(button(u"筛选 (1) ▾"), nullptr);
+  click(u"1MB ~ 10MB");
+  EXPECT_NE(button(u"筛选 (2) ▾"), nullptr);
+  EXPECT_EQ(model_.filter().datePreset, DatePreset::today);
+  EXPECT_EQ(model_.filter().sizePreset, SizePreset::medium);
+  auto filter = model_.filter();
+  filter.datePreset = DatePreset::custom;
+  model_.setFilter(filter);
+  EXPECT_FALSE(button(u"今天")->isChecked());
+  EXPECT_FALSE(button(u"不限时间")->isChecked());
+  click(u"清除筛选");
+  EXPECT_EQ(model_.filter(), SearchFilter::empty);
+  EXPECT_EQ(model_.queryText(), "foo");
+  EXPECT_TRUE(button(u"不限时间")->isChecked());
+  EXPECT_EQ(button(u"清除筛选"), nullptr);
+
+  click(u"通配符 (* ?)");
+  EXPECT_EQ(field_->text(), QStringLiteral("*foo*"));
+  QTest::keyClicks(field_, QStringLiteral("\b"));
+  field_->setText(QString());
+  QTest::keyClicks(field_, QStringLiteral("r:"));
+  EXPECT_TRUE(button(u"正则表达式")->isChecked());
+}
+
+TEST_F(SearchViewTest, SavesTheSearchAsABookmark) {
+  press(Qt::Key_D, Qt::ControlModifier);  // nothing to save yet
+  ASSERT_NE(find<AddBookmarkSheet>(), nullptr);
+  press(Qt::Key_Escape);
+  settle();
+  EXPECT_TRUE(view_->isVisible());
+  type(QStringLiteral("invoice"));
+  press(Qt::Key_D, Qt::ControlModifier);
+  press(Qt::Key_Return, Qt::ControlModifier);
+  settle();
+  ASSERT_EQ(bookmarks_.bookmarks().size(), 1U);
+  EXPECT_EQ(bookmarks_.bookmarks().front().name, "invoice");
+  EXPECT_TRUE(field_->hasFocus());
+}
+
+TEST_F(SearchViewTest, TrashesWhatWasConfirmedAndTellsWhatFailed) {
+  source_.matches = 5;
+  type(QStringLiteral("name"));
+  rows_->setFocus();
+  model_.setSelectedIDs({1, 3});
+  press(Qt::Key_Backspace);
+  ASSERT_NE(find<Alert>(), nullptr);
+  press(Qt::Key_Escape);
+  settle();
+  EXPECT_THAT(desktop_.log, IsEmpty());
+  desktop_.refusal = "<b>权限不够</b>";
+  press(Qt::Key_Delete);
+  click(u"移到废纸篓");
+  settle();
+  ASSERT_NE(find<Alert>(), nullptr);
+  EXPECT_THAT(desktop_.log, ElementsAre("trash /folder/name1"));
+  EXPECT_TRUE(texts(*find<Alert>()).contains(QStringLiteral("<b>权限不够</b>")));
+  press(Qt::Key_Return);
+  settle();
+  EXPECT_EQ(model_.results().size(), 5U);
+  press(Qt::Key_Return);
+  settle();
+  EXPECT_THAT(desktop_.log, ElementsAre("trash /folder/name1", "trash /folder/name3"));
+  EXPECT_EQ(model_.results().size(), 3U);
+  EXPECT_TRUE(rows_->hasFocus());
+}
+
+TEST_F(SearchViewTest, TellsWhatGoesOn) {
+  source_.matches = 7;
+  source_.isIncomplete = true;
+  type(QStringLiteral("r:name"));
+  EXPECT_EQ(status(), QStringLiteral(u"至少 7 个结果"));
+  source_.isIncomplete = false;
+  type(QStringLiteral("\\d"));
+  EXPECT_EQ(status(), QStringLiteral(u"共找到 7 个结果"));
+  EXPECT_NE(button(u"排序：匹配度 ↑"), nullptr);
+  model_.updateSort(SortField::date);
+  EXPECT_NE(button(u"排序：修改日期 ↑"), nullptr);
+  view_->setFailure(QStringLiteral(u"坏了"));
+  EXPECT_EQ(status(), QStringLiteral(u"坏了"));
+}
+
+}  // namespace
+}  // namespace zelnor::ui

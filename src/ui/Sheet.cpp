@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -83,10 +84,29 @@ class SheetButton final : public PlainButton {
   Sheet::Role role_;
 };
 
+/// A sheet reads as the dialog that it is.
+class AccessibleSheet final : public QAccessibleWidget {
+ public:
+  explicit AccessibleSheet(QWidget* sheet) : QAccessibleWidget(sheet, QAccessible::Dialog) {}
+
+  [[nodiscard]] QAccessible::State state() const override {
+    auto state = QAccessibleWidget::state();
+    state.modal = true;
+    state.active = true;
+    return state;
+  }
+};
+
+QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+  auto* sheet = qobject_cast<Sheet*>(object);
+  return sheet != nullptr ? new AccessibleSheet(sheet) : nullptr;
+}
+
 }  // namespace
 
 Sheet::Sheet(const QString& title, QWidget& panel)
     : QWidget(&panel), panel_(panel), card_(new Card(this)), parts_(new QVBoxLayout(card_)) {
+  [[maybe_unused]] static const bool isKnown = (QAccessible::installFactory(makeAccessible), true);
   setAccessibleName(title);
   setFocusPolicy(Qt::StrongFocus);
   parts_->setContentsMargins(kPadding, kPadding, kPadding, kPadding);

@@ -33,15 +33,16 @@ class FileOperationService final : public QObject {
   /// After `stop` has ended, or while nothing is under way.
   ~FileOperationService() override;
 
-  /// Who shows failures; outlives the service or is replaced by nullptr first. An alert that is open
-  /// counts as closed then, and without alerts failures are passed over.
+  /// Who shows failures; outlives the service or is replaced by nullptr first. An alert that is
+  /// open counts as closed then, and without alerts failures are passed over.
   void setAlerts(FileOperationAlerts* alerts);
 
   /// Moves these files to the trash one after the other, in this order. Each failure is an alert,
   /// and the next file waits until it is closed. A call while another is under way waits for it to
   /// end.
   void moveToTrash(std::vector<SearchResult> results);
-  /// Ends moving to the trash after the file that is being moved; what is waiting is given up too.
+  /// Ends moving to the trash after the file that is being moved; calls that wait are given up too,
+  /// as they are when the user wants no more after an alert.
   void cancel();
 
   /// Files are being moved to the trash.

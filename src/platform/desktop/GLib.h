@@ -36,6 +36,7 @@ class GLibError {
 
   /// For one call.
   [[nodiscard]] GError** out() { return &error_; }
+  explicit operator bool() const { return error_ != nullptr; }
   [[nodiscard]] bool is(GIOErrorEnum code) const {
     return g_error_matches(error_, G_IO_ERROR, code) != FALSE;
   }

@@ -1,90 +1,66 @@
 #include "ui/list/ResultDelegate.h"
 
-#include <QFontMetrics>
+#include <algorithm>
+
 #include <QPainter>
 
-#include "ui/Glyphs.h"
+#include "store/FileRecord.h"
+#include "ui/Focus.h"
 #include "ui/Palette.h"
+#include "ui/Typography.h"
 #include "ui/list/ResultListModel.h"
-#include "ui/list/ResultRowGeometry.h"
+#include "ui/list/RowHighlights.h"
+#include "ui/list/RowIcon.h"
 
 namespace zelnor::ui {
 
-namespace {
+ResultDelegate::Texts::Texts()
+    : name(type::font(type::kBody, QFont::Medium)),
+      selectedName(type::font(type::kBody, QFont::DemiBold)),
+      detail(type::font(type::kDetail)),
+      digits(type::monospaced(type::kDetail)) {}
 
-constexpr int kNameSize = 13;
-constexpr int kDetailSize = 11;
-constexpr int kBadgeSize = 8;
-constexpr int kIconRadius = 6;
-constexpr int kHighlightRadius = 6;
-
-QFont sized(QFont font, int pixels, QFont::Weight weight = QFont::Normal) {
-  font.setPixelSize(pixels);
-  font.setWeight(weight);
-  return font;
+ResultRowGeometry::Lines ResultDelegate::Texts::lines() const {
+  return {.name = std::max(name.height(), selectedName.height()), .folder = detail.height()};
 }
 
-void paintBackground(QPainter& painter, const QStyleOptionViewItem& option) {
-  const bool selected = option.state.testFlag(QStyle::State_Selected);
-  if (!selected && !option.state.testFlag(QStyle::State_MouseOver)) return;
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(selected ? palette::kSelection : palette::kHover);
-  painter.drawRoundedRect(option.rect.adjusted(8, 1, -8, -1), kHighlightRadius, kHighlightRadius);
-}
-
-void paintIcon(QPainter& painter, const QRect& rect, const QModelIndex& index, const QFont& font) {
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(index.data(ResultListModel::tintRole).value<QColor>());
-  painter.drawRoundedRect(rect, kIconRadius, kIconRadius);
-  const auto symbol = QRectF(rect).adjusted(6, 6, -6, -6);
-  if (index.data(ResultListModel::isFolderRole).toBool()) {
-    paintFolder(painter, symbol, Qt::white);
-  } else if (const auto badge = index.data(ResultListModel::badgeRole).toString();
-             badge.isEmpty()) {
-    paintDocument(painter, symbol, Qt::white);
-  } else {
-    painter.setFont(sized(font, kBadgeSize, QFont::Bold));
-    painter.setPen(Qt::white);
-    painter.drawText(rect, Qt::AlignCenter, badge);
-  }
-}
-
-/// One line of plain text that is cut where it does not fit.
-void paintLine(QPainter& painter, const QRect& rect, const QString& text, const QFont& font,
-               const QColor& color, Qt::TextElideMode elide, Qt::Alignment horizontal) {
-  painter.setFont(font);
-  painter.setPen(color);
-  painter.drawText(rect, static_cast<int>(horizontal | Qt::AlignVCenter) | Qt::TextSingleLine,
-                   QFontMetrics(font).elidedText(text, elide, rect.width()));
-}
-
-}  // namespace
+ResultDelegate::ResultDelegate(const RowHighlights& highlights, FileIcons* icons, QObject* parent)
+    : QStyledItemDelegate(parent), highlights_(highlights), icons_(icons) {}
 
 void ResultDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                            const QModelIndex& index) const {
+  const auto* record = index.data(ResultListModel::recordRole).value<const FileRecord*>();
+  if (record == nullptr) return;
   painter->save();
-  painter->setRenderHint(QPainter::Antialiasing);
-  const bool selected = option.state.testFlag(QStyle::State_Selected);
-  const auto parts = ResultRowGeometry::of(option.rect);
-  const QFont name = sized(option.font, kNameSize, selected ? QFont::DemiBold : QFont::Medium);
-  const QFont detail = sized(option.font, kDetailSize);
+  painter->setClipRect(option.rect, Qt::IntersectClip);  // some letters are higher than any row
+  painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+  const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+  const auto parts = ResultRowGeometry::of(option.rect, texts_.lines());
 
-  paintBackground(*painter, option);
-  paintIcon(*painter, parts.icon, index, option.font);
-  paintLine(*painter, parts.name, index.data().toString(), name,
-            selected ? palette::kAccent : palette::kText, Qt::ElideMiddle, Qt::AlignLeft);
-  paintLine(*painter, parts.folder, index.data(ResultListModel::folderRole).toString(), detail,
-            palette::kSecondaryText, Qt::ElideMiddle, Qt::AlignLeft);
-  paintLine(*painter, parts.size, index.data(ResultListModel::sizeRole).toString(), detail,
-            palette::kSecondaryText, Qt::ElideRight, Qt::AlignRight);
-  paintLine(*painter, parts.date, index.data(ResultListModel::dateRole).toString(), detail,
-            palette::kSecondaryText, Qt::ElideRight, Qt::AlignRight);
+  painter->fillRect(option.rect, highlights_.background(record->id, isSelected));
+  paintRowIcon(*painter, parts.icon, *record, icons_);
+  paintTexts(*painter, parts, index, isSelected);
+  if (option.state.testFlag(QStyle::State_HasFocus) && showsFocus(*option.widget)) {
+    paintFocusRing(*painter, option.rect, /*radius=*/0);
+  }
   painter->restore();
+}
+
+void ResultDelegate::paintTexts(QPainter& painter, const ResultRowGeometry& parts,
+                                const QModelIndex& index, bool isSelected) const {
+  const auto text = [&index](int role) { return index.data(role).toString(); };
+  const auto& name = isSelected ? texts_.selectedName : texts_.name;
+  const auto& grey = palette::kSecondaryText;
+  name.paint(painter, parts.name, text(Qt::DisplayRole),
+             isSelected ? palette::kAccent : palette::kText);
+  texts_.detail.paint(painter, parts.folder, text(ResultListModel::folderRole), grey);
+  texts_.digits.paint(painter, parts.size, text(ResultListModel::sizeRole), grey, Qt::AlignRight);
+  texts_.detail.paint(painter, parts.date, text(ResultListModel::dateRole), grey, Qt::AlignRight);
 }
 
 QSize ResultDelegate::sizeHint(const QStyleOptionViewItem& option,
                                const QModelIndex& /*index*/) const {
-  return {option.rect.width(), ResultRowGeometry::kHeight};
+  return {option.rect.width(), ResultRowGeometry::height(texts_.lines())};
 }
 
 }  // namespace zelnor::ui

@@ -1,40 +1,14 @@
 #include "ui/list/ResultListModel.h"
 
-#include <string_view>
+#include <QStringList>
 
-#include <QColor>
-
-#include "search/FileTypeCategory.h"
 #include "ui/DisplayText.h"
 
 namespace zelnor::ui {
 
 namespace {
 
-constexpr qsizetype kBadgeLength = 4;
-
 int rowsOf(const SearchViewModel& results) { return static_cast<int>(results.results().size()); }
-
-/// What follows the last dot; a name that only begins with one has no extension.
-std::string_view extensionOf(std::string_view name) {
-  const auto dot = name.rfind('.');
-  return dot == std::string_view::npos || dot == 0 ? std::string_view{} : name.substr(dot + 1);
-}
-
-QColor tint(const FileRecord& record) {
-  const auto category = record.kind == FileKind::directory
-                            ? FileTypeCategory::folder
-                            : categoryForExtension(extensionOf(record.name));
-  const auto color = iconColor(category);
-  return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
-                          static_cast<float>(color.blue));
-}
-
-QString badge(const FileRecord& record) {
-  if (record.kind == FileKind::directory) return {};
-  const auto extension = displayText(extensionOf(record.name)).toUpper();
-  return extension.size() <= kBadgeLength ? extension : QString();
-}
 
 QString size(const FileRecord& record) {
   return record.kind == FileKind::file ? sizeText(record.size) : QStringLiteral(u"—");
@@ -43,6 +17,12 @@ QString size(const FileRecord& record) {
 /// Tool tips take what looks like markup for markup.
 QString toolTip(const FileRecord& record) {
   return QStringLiteral(u"<span>%1</span>").arg(displayText(record.path).toHtmlEscaped());
+}
+
+QString spoken(const FileRecord& record) {
+  return QStringList{displayText(record.name), displayFolder(record.path), size(record),
+                     dateText(record.mtime)}
+      .join(u'，');
 }
 
 }  // namespace
@@ -72,12 +52,10 @@ QVariant ResultListModel::data(const QModelIndex& index, int role) const {
       return size(record);
     case dateRole:
       return dateText(record.mtime);
-    case badgeRole:
-      return badge(record);
-    case tintRole:
-      return tint(record);
-    case isFolderRole:
-      return record.kind == FileKind::directory;
+    case recordRole:
+      return QVariant::fromValue(&record);
+    case Qt::AccessibleTextRole:
+      return spoken(record);
     default:
       return {};
   }
@@ -86,7 +64,6 @@ QVariant ResultListModel::data(const QModelIndex& index, int role) const {
 void ResultListModel::follow(SearchViewModel::ResultsChange change) {
   switch (change) {
     case SearchViewModel::ResultsChange::replaced:
-    case SearchViewModel::ResultsChange::removed:
       beginResetModel();
       rows_ = rowsOf(results_);
       endResetModel();
@@ -94,6 +71,7 @@ void ResultListModel::follow(SearchViewModel::ResultsChange change) {
     case SearchViewModel::ResultsChange::appended:
       resize();
       break;
+    case SearchViewModel::ResultsChange::removed:
     case SearchViewModel::ResultsChange::refreshed:
       // Not a reset, after which a view would begin at the top.
       resize();

@@ -12,14 +12,13 @@ class ResultListModel final : public QAbstractListModel {
   Q_OBJECT
 
  public:
-  /// The name is the display role, and the path the tool tip.
+  /// The name is the display role, the path the tool tip, and all that a row shows is what a screen
+  /// reader says.
   enum Role : int {
     folderRole = Qt::UserRole,  ///< QString
     sizeRole,                   ///< QString; a dash for what has no size of its own
     dateRole,                   ///< QString
-    badgeRole,                  ///< QString: a few letters for the kind of file; empty for folders
-    tintRole,                   ///< QColor of the icon
-    isFolderRole,               ///< bool
+    recordRole,                 ///< const FileRecord*, valid until the next change of the results
   };
 
   /// The view model outlives the list.

@@ -1,146 +1,93 @@
 #include "ui/list/ResultListView.h"
 
-#include <algorithm>
-#include <iterator>
-#include <utility>
+#include <QVBoxLayout>
 
-#include <QItemSelection>
-#include <QKeyEvent>
-#include <QScopedValueRollback>
-#include <QScrollBar>
-
-#include "ui/Palette.h"
-#include "ui/list/ResultDelegate.h"
-#include "ui/list/ResultListModel.h"
+#include "ui/Menu.h"
+#include "ui/list/LoadingStrip.h"
+#include "ui/list/RenameSheetView.h"
+#include "ui/list/ResultListHeader.h"
+#include "ui/list/ResultRows.h"
+#include "ui/list/RowMenu.h"
+#include "ui/list/TrashConfirmation.h"
 
 namespace zelnor::ui {
 
-ResultListView::ResultListView(SearchViewModel& viewModel, QWidget* parent)
-    : QListView(parent), viewModel_(viewModel) {
-  // Before the model, which is connected next: while rows go, their selection is nobody's choice.
-  connect(&viewModel, &SearchViewModel::resultsChanged, this, [this] { sharing_ = true; });
-  setModel(new ResultListModel(viewModel, this));
-  setItemDelegate(new ResultDelegate(this));
-  setUniformItemSizes(true);
-  setSelectionMode(ExtendedSelection);
-  setVerticalScrollMode(ScrollPerPixel);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setFrameShape(NoFrame);
-  setMouseTracking(true);
-  setAttribute(Qt::WA_Hover);
+ResultListView::ResultListView(SearchViewModel& viewModel, FileIcons* icons, QWidget& panel,
+                               QWidget* parent)
+    : QWidget(parent),
+      viewModel_(viewModel),
+      panel_(panel),
+      rows_(new ResultRows(viewModel, icons, this)),
+      loading_(new LoadingStrip(rows_->viewport())) {
+  auto* header = new ResultListHeader(viewModel, this);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(header);
+  layout->addWidget(rows_);
+  setFocusProxy(rows_);
 
-  connect(this, &QListView::doubleClicked, this, &ResultListView::open);
-  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ResultListView::loadMoreAtTheEnd);
-  connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &ResultListView::loadMoreAtTheEnd);
-  // After the model.
-  connect(&viewModel, &SearchViewModel::resultsChanged, this, &ResultListView::follow);
-  connect(&viewModel, &SearchViewModel::selectedIDsChanged, this, &ResultListView::showSelection);
+  connect(header, &ResultListHeader::sortChosen, this, &ResultListView::sortChosen);
+  connect(rows_, &ResultRows::openRequested, this, &ResultListView::openRequested);
+  connect(rows_, &ResultRows::previewRequested, this, &ResultListView::previewRequested);
+  connect(rows_, &ResultRows::copyFileRequested, this, &ResultListView::copyFileRequested);
+  connect(rows_, &ResultRows::trashRequested, this, &ResultListView::askToTrash);
+  connect(rows_, &ResultRows::menuRequested, this, &ResultListView::openMenu);
+  connect(rows_, &ResultRows::leftUpwards, this, &ResultListView::leftUpwards);
+  connect(rows_, &ResultRows::typed, this, &ResultListView::typed);
+  connect(rows_, &ResultRows::viewportMoved, this, &ResultListView::showLoading);
+  connect(&viewModel, &SearchViewModel::isLoadingMoreChanged, this, &ResultListView::showLoading);
+  showLoading();
 }
 
-void ResultListView::enter() {
-  setFocus();
-  if (!currentIndex().isValid() && model()->rowCount() > 0) setCurrentIndex(model()->index(0, 0));
+void ResultListView::enter() { rows_->enter(); }
+
+void ResultListView::openSelectedOrFirst() { rows_->openSelectedOrFirst(); }
+
+void ResultListView::openMenu(const SearchResult& result, const QPoint& at) {
+  if (menu_) menu_->close();
+  const auto all = selectedWith(result);
+  menu_ = makeRowMenu({.open = [this, result] { Q_EMIT openRequested(result); },
+                       .reveal = [this, result] { Q_EMIT revealRequested(result); },
+                       .preview = [this, result] { Q_EMIT previewRequested(result); },
+                       .copyFile = [this, all] { Q_EMIT copyFileRequested(all); },
+                       .copyPath = [this, all] { Q_EMIT copyPathRequested(all); },
+                       .rename = [this, result] { askForName(result); },
+                       .moveToTrash = [this, all] { askToTrash(all); }},
+                      this);
+  rows_->setMarked(result.id());
+  connect(menu_, &QMenu::aboutToHide, rows_, [this] { rows_->setMarked(std::nullopt); });
+  menu_->popup(at);
 }
 
-void ResultListView::keyPressEvent(QKeyEvent* event) {
-  switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      open(currentIndex());
-      return;
-    case Qt::Key_Up:
-      if (currentIndex().row() <= 0) {
-        Q_EMIT leftUpwards();
-        return;
-      }
-      break;
-    default:
-      break;
-  }
-  const bool isCommand =
-      event->modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-  const auto text = event->text();
-  if (!isCommand && !text.isEmpty() && text.front().isPrint() && text.front() != u' ') {
-    Q_EMIT typed(text);
-    return;
-  }
-  QListView::keyPressEvent(event);
+/// All that is selected if the row is, in the order of the list; else the row alone.
+std::vector<SearchResult> ResultListView::selectedWith(const SearchResult& result) const {
+  if (!viewModel_.selectedIDs().contains(result.id())) return {result};
+  return viewModel_.selectedResults();
 }
 
-void ResultListView::selectionChanged(const QItemSelection& selected,
-                                      const QItemSelection& deselected) {
-  QListView::selectionChanged(selected, deselected);
-  if (sharing_) return;
-  const QScopedValueRollback guard(sharing_, true);
-  SearchViewModel::IdSet ids;
-  for (const auto& range : selectionModel()->selection()) {
-    for (int row = range.top(); row <= range.bottom(); ++row) {
-      ids.insert(viewModel_.results().at(static_cast<std::size_t>(row)).id());
-    }
-  }
-  viewModel_.setSelectedIDs(std::move(ids));
+void ResultListView::askToTrash(const std::vector<SearchResult>& results) {
+  confirmTrash(results, panel_, [self = QPointer(this), results] {
+    if (self) Q_EMIT self->deleteRequested(results);
+  });
 }
 
-void ResultListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-  QListView::currentChanged(current, previous);
-  if (sharing_) return;
-  current_ = current.isValid() ? std::optional(resultAt(current)) : std::nullopt;
+void ResultListView::askForName(const SearchResult& result) {
+  auto* sheet = new RenameSheetView(
+      result.record.name, /*selectsStem=*/result.record.kind != FileKind::directory,
+      [self = QPointer(this), result](const std::string& name) {
+        if (self) Q_EMIT self->renameRequested(result, name);
+      },
+      panel_);
+  sheet->open();
 }
 
-void ResultListView::follow(SearchViewModel::ResultsChange change) {
-  sharing_ = false;
-  if (change == SearchViewModel::ResultsChange::replaced) scrollToTop();
-  if (change == SearchViewModel::ResultsChange::refreshed) findCurrent();
-  showSelection();
-}
-
-/// The keyboard stays at its file, and the view where the user has scrolled it.
-void ResultListView::findCurrent() {
-  if (!current_) return;
-  const auto& rows = viewModel_.results();
-  auto found =
-      std::ranges::find(rows, current_->record.path,
-                        [](const SearchResult& row) -> const auto& { return row.record.path; });
-  if (found == rows.end()) found = std::ranges::find(rows, current_->id(), &SearchResult::id);
-  if (found == rows.end()) return;
-  current_ = *found;
-  setAutoScroll(false);
-  const auto row = static_cast<int>(std::distance(rows.begin(), found));
-  selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::NoUpdate);
-  setAutoScroll(true);
-}
-
-const SearchResult& ResultListView::resultAt(const QModelIndex& index) const {
-  return viewModel_.results().at(static_cast<std::size_t>(index.row()));
-}
-
-void ResultListView::showSelection() {
-  if (sharing_) return;
-  const QScopedValueRollback guard(sharing_, true);
-  // Ranges, not rows: Qt compares each with each of those before.
-  QItemSelection selection;
-  const auto& rows = viewModel_.results();
-  const auto& ids = viewModel_.selectedIDs();
-  const auto isSelected = [&](const SearchResult& row) { return ids.contains(row.id()); };
-  const auto indexOf = [&](auto row) {
-    return model()->index(static_cast<int>(std::distance(rows.begin(), row)), 0);
-  };
-  for (auto first = ids.empty() ? rows.end() : std::ranges::find_if(rows, isSelected);
-       first != rows.end();) {
-    const auto end = std::find_if_not(first, rows.end(), isSelected);
-    selection.select(indexOf(first), indexOf(std::prev(end)));
-    first = std::find_if(end, rows.end(), isSelected);
-  }
-  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-}
-
-void ResultListView::loadMoreAtTheEnd() {
-  const auto* bar = verticalScrollBar();
-  if (bar->value() >= bar->maximum() - bar->pageStep()) viewModel_.loadMore();
-}
-
-void ResultListView::open(const QModelIndex& index) {
-  if (index.isValid()) Q_EMIT opened(resultAt(index));
+/// At the end of the list, where it is to be seen.
+void ResultListView::showLoading() {
+  const auto* viewport = rows_->viewport();
+  const int height = loading_->sizeHint().height();
+  loading_->setGeometry(0, viewport->height() - height, viewport->width(), height);
+  loading_->setVisible(viewModel_.isLoadingMore() && rows_->isAtEnd(height));
 }
 
 }  // namespace zelnor::ui

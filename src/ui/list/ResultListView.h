@@ -1,48 +1,70 @@
 #pragma once
 
-#include <optional>
+#include <string>
+#include <vector>
 
-#include <QListView>
+#include <QPointer>
+#include <QWidget>
 
 #include "search/SearchViewModel.h"
 
+namespace zelnor {
+class FileIcons;
+}
+
 namespace zelnor::ui {
 
-/// The list of results: asks for the next page when its end comes into view, and shares its
-/// selection with the view model, where it outlives the rows.
-class ResultListView final : public QListView {
+class LoadingStrip;
+class Menu;
+class ResultRows;
+
+/// The table of results: a header to sort by over the rows, with a menu for each row, the question
+/// before files go to the trash, and the sheet for a new name. Does nothing to files itself: says
+/// what the user wants.
+///
+/// What the signals carry are copies of rows as they were when the user decided: the list may have
+/// changed since.
+class ResultListView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// The view model outlives the view.
-  explicit ResultListView(SearchViewModel& viewModel, QWidget* parent = nullptr);
+  /// `icons` may be nullptr. Sheets and alerts are put over `panel`. All of them, and the view
+  /// model, outlive the view.
+  ResultListView(SearchViewModel& viewModel, FileIcons* icons, QWidget& panel, QWidget* parent);
 
   /// Takes the keyboard, with a row to start from.
   void enter();
+  /// Asks to open the selected row, or the first where none is selected.
+  void openSelectedOrFirst();
 
  Q_SIGNALS:
-  void opened(const zelnor::SearchResult& result);
+  void sortChosen(zelnor::SortField field);
+  void openRequested(const zelnor::SearchResult& result);
+  void previewRequested(const zelnor::SearchResult& result);
+  /// The user has confirmed it.
+  void deleteRequested(const std::vector<zelnor::SearchResult>& results);
+  void revealRequested(const zelnor::SearchResult& result);
+  void copyFileRequested(const std::vector<zelnor::SearchResult>& results);
+  void copyPathRequested(const std::vector<zelnor::SearchResult>& results);
+  /// `newName` is in bytes, exactly as typed.
+  void renameRequested(const zelnor::SearchResult& result, const std::string& newName);
   /// The user went up from the first row.
   void leftUpwards();
   /// The user went on typing.
   void typed(const QString& text);
 
- protected:
-  void keyPressEvent(QKeyEvent* event) override;
-  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
-  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
-
  private:
-  void follow(SearchViewModel::ResultsChange change);
-  void findCurrent();
-  [[nodiscard]] const SearchResult& resultAt(const QModelIndex& index) const;
-  void loadMoreAtTheEnd();
-  void showSelection();
-  void open(const QModelIndex& index);
+  void openMenu(const SearchResult& result, const QPoint& at);
+  [[nodiscard]] std::vector<SearchResult> selectedWith(const SearchResult& result) const;
+  void askToTrash(const std::vector<SearchResult>& results);
+  void askForName(const SearchResult& result);
+  void showLoading();
 
   SearchViewModel& viewModel_;
-  bool sharing_ = false;  ///< the selection is being carried over, in either direction
-  std::optional<SearchResult> current_;  ///< the row that the keyboard is at
+  QWidget& panel_;
+  ResultRows* rows_;
+  LoadingStrip* loading_;
+  QPointer<Menu> menu_;
 };
 
 }  // namespace zelnor::ui

@@ -2,30 +2,79 @@
 
 #include <algorithm>
 
+#include "ui/Typography.h"
+
 namespace zelnor::ui {
 
 namespace {
-constexpr int kMargin = 20;
+
+constexpr int kHeight = 44;
+constexpr int kSmallestPadding = 3;  // above and below the texts
+constexpr int kMargin = 12;
 constexpr int kGap = 12;
 constexpr int kIcon = 28;
+constexpr int kLocationWidth = 200;
 constexpr int kSizeWidth = 80;
-constexpr int kDateWidth = 118;
-constexpr int kNameHeight = 20;
-constexpr int kFolderHeight = 16;
+constexpr int kDateWidth = 110;
+constexpr int kNameTitle = 72;  // what the title of the name needs
+constexpr int kLocationTitle = 48;
+
+/// A part of a line from left to right.
+struct Span {
+  int left = 0;
+  int width = 0;
+
+  [[nodiscard]] QRect in(const QRect& line) const {
+    return {left, line.top(), width, line.height()};
+  }
+};
+
+struct Columns {
+  Span name;
+  Span size;
+  Span date;
+
+  static Columns of(const QRect& line) {
+    const int date = type::scaled(kDateWidth);
+    const int size = type::scaled(kSizeWidth);
+    const int name = line.left() + kMargin + kIcon + kGap;
+    Columns columns;
+    columns.date = {line.left() + line.width() - kMargin - date, date};
+    columns.size = {columns.date.left - kGap - size, size};
+    columns.name = {name, std::max(columns.size.left - kGap - name, 0)};
+    return columns;
+  }
+};
+
 }  // namespace
 
-ResultRowGeometry ResultRowGeometry::of(const QRect& row) {
+int ResultRowGeometry::height(const Lines& lines) {
+  return std::max(kHeight, lines.name + lines.folder + 2 * kSmallestPadding);
+}
+
+ResultRowGeometry ResultRowGeometry::of(const QRect& row, const Lines& lines) {
+  const auto columns = Columns::of(row);
+  const int top = row.top() + (row.height() - lines.name - lines.folder) / 2;
   ResultRowGeometry parts;
   parts.icon = {row.left() + kMargin, row.top() + (row.height() - kIcon) / 2, kIcon, kIcon};
-  parts.date = {row.right() + 1 - kMargin - kDateWidth, row.top(), kDateWidth, row.height()};
-  parts.size = {parts.date.left() - kGap - kSizeWidth, row.top(), kSizeWidth, row.height()};
-
-  const int left = parts.icon.right() + 1 + kGap;
-  const int width = std::max(parts.size.left() - kGap - left, 0);
-  const int top = row.top() + (row.height() - kNameHeight - kFolderHeight) / 2;
-  parts.name = {left, top, width, kNameHeight};
-  parts.folder = {left, top + kNameHeight, width, kFolderHeight};
+  parts.name = {columns.name.left, top, columns.name.width, lines.name};
+  parts.folder = {columns.name.left, top + lines.name, columns.name.width, lines.folder};
+  parts.size = columns.size.in(row);
+  parts.date = columns.date.in(row);
   return parts;
+}
+
+ResultHeaderGeometry ResultHeaderGeometry::of(const QRect& header) {
+  auto columns = Columns::of(header);
+  Span location;
+  const int room = columns.name.width - kGap - type::scaled(kNameTitle);
+  if (room >= type::scaled(kLocationTitle)) {
+    location.width = std::min(room, type::scaled(kLocationWidth));
+    location.left = columns.name.left + columns.name.width - location.width;
+    columns.name.width = location.left - kGap - columns.name.left;
+  }
+  return {columns.name.in(header), location.in(header), columns.size.in(header),
+          columns.date.in(header)};
 }
 
 }  // namespace zelnor::ui

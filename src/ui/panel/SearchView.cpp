@@ -34,6 +34,12 @@ std::optional<QString> unlessEmpty(const QString& text) {
   return text.isEmpty() ? std::nullopt : std::optional(text);
 }
 
+std::vector<std::string> pathsOf(const std::vector<SearchResult>& results) {
+  std::vector<std::string> paths;
+  for (const auto& result : results) paths.push_back(result.record.path);
+  return paths;
+}
+
 QVBoxLayout* column(QWidget* parent) {
   auto* layout = new QVBoxLayout(parent);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -67,7 +73,7 @@ SearchView::SearchView(const SearchPanelServices& services, QWidget* parent)
       bar_(new SearchBarView(search_, content_)),
       filters_(new FilterPanelView(search_)),
       filterPane_(makePane(filters_, SlidingPane::Edge::top, content_)),
-      bookmarks_(new BookmarksSidebarView(services.bookmarks, *this)),
+      bookmarks_(new BookmarksSidebarView(services.bookmarks, *this, nullptr)),
       bookmarkPane_(makePane(bookmarks_, SlidingPane::Edge::leading, content_)),
       pages_(new QStackedWidget(content_)),
       empty_(new EmptyStateView(pages_)),
@@ -167,12 +173,14 @@ void SearchView::listenToList() {
   connect(list_, &ResultListView::deleteRequested, files, &FileOperationService::moveToTrash);
   connect(files, &FileOperationService::trashed, &search_, &SearchViewModel::removeResults);
   connect(list_, &ResultListView::copyPathRequested, this,
-          [this](const SearchResult& result) { services_.clipboard.copyText(result.record.path); });
+          [this](const std::vector<SearchResult>& results) {
+            std::string text;
+            for (const auto& path : pathsOf(results)) text += (text.empty() ? "" : "\n") + path;
+            services_.clipboard.copyText(text);
+          });
   connect(list_, &ResultListView::copyFileRequested, this,
           [this](const std::vector<SearchResult>& results) {
-            std::vector<std::string> paths;
-            for (const auto& result : results) paths.push_back(result.record.path);
-            services_.clipboard.copyFiles(paths);
+            services_.clipboard.copyFiles(pathsOf(results));
           });
 }
 

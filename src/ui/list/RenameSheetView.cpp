@@ -1,0 +1,52 @@
+#include "ui/list/RenameSheetView.h"
+
+#include <utility>
+
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+#include "ui/Palette.h"
+#include "ui/TextLabel.h"
+#include "ui/Typography.h"
+
+namespace zelnor::ui {
+
+namespace {
+constexpr int kPadding = 24;
+constexpr int kFieldWidth = 300;
+}  // namespace
+
+RenameSheetView::RenameSheetView(std::string name, bool selectsStem,
+                                 std::function<void(const std::string&)> confirmed, QWidget& panel)
+    : Sheet(QStringLiteral(u"重命名"), panel), name_(std::move(name)) {
+  parts().setContentsMargins(kPadding, kPadding, kPadding, kPadding);
+  parts().addWidget(makeText(QStringLiteral(u"重命名"), type::kHeadline, palette::kText, card(),
+                             QFont::DemiBold));
+  addField(selectsStem);
+  addButton(QStringLiteral(u"取消"), Role::cancel, {});
+  addButton(QStringLiteral(u"确定"), Role::prominent,
+            [this, confirmed = std::move(confirmed)] { confirmed(enteredName()); });
+}
+
+void RenameSheetView::addField(bool selectsStem) {
+  field_ = new QLineEdit(QString::fromStdString(name_), card());
+  field_->setPlaceholderText(QStringLiteral(u"文件名"));
+  field_->setAccessibleName(QStringLiteral(u"文件名"));
+  field_->setFont(type::font(type::kBody));
+  field_->setFixedWidth(type::scaled(kFieldWidth));
+  parts().addWidget(field_);
+  setFirstFocus(field_);
+  const auto dot = field_->text().lastIndexOf(u'.');
+  if (selectsStem && dot > 0) {
+    field_->setSelection(0, static_cast<int>(dot));
+  } else {
+    field_->selectAll();
+  }
+}
+
+std::string RenameSheetView::enteredName() const {
+  const auto text = field_->text();
+  return text == QString::fromStdString(name_) ? name_ : text.toStdString();
+}
+
+}  // namespace zelnor::ui

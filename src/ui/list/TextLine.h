@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QFontMetrics>
+#include <QString>
+
+class QPainter;
+
+namespace zelnor::ui {
+
+/// Draws single lines of text in one font, left to right whatever they hold, and always at the same
+/// height: letters of other fonts, which stand in where this one has none, move nothing.
+class TextLine {
+ public:
+  explicit TextLine(const QFont& font) : font_(font), metrics_(font) {}
+
+  [[nodiscard]] int height() const { return metrics_.height(); }
+  /// Draws the text in the middle of the height of `box`, cut in the middle where it does not fit.
+  void paint(QPainter& painter, const QRect& box, const QString& text, const QColor& color,
+             Qt::AlignmentFlag side = Qt::AlignLeft) const;
+
+ private:
+  QFont font_;
+  QFontMetrics metrics_;
+};
+
+/// A text of which no more than `width` pixels will be seen: where it is much longer, without most
+/// of its middle, because measuring takes a time that grows with the length.
+QString withoutUnseenMiddle(const QString& text, int width);
+
+}  // namespace zelnor::ui

@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPixmap>
+#include <QTimer>
 
 #include "bench/FixedData.h"
 #include "bookmarks/BookmarkPersistenceService.h"
@@ -43,7 +44,8 @@ void waitFor(const std::function<bool()>& condition) {
   watch.start();
   while (!condition()) {
     QApplication::processEvents(QEventLoop::AllEvents, /*ms=*/10);
-    if (watch.durationElapsed() > kPatience) throw std::runtime_error("the panel does not answer");
+    if (watch.hasExpired(std::chrono::milliseconds(kPatience).count()))
+      throw std::runtime_error("the panel does not answer");
   }
 }
 
@@ -280,9 +282,7 @@ std::vector<Scene> scenes() {
       {"rename-category",
        [](Stage& stage) {
          stage.panel().setShowsBookmarks(true);
-         (new ui::RenameCategorySheet(
-              QStringLiteral(u"工作"), [](const QString&) {}, stage.panel()))
-             ->open();
+         (new ui::RenameCategorySheet("工作", [](const std::string&) {}, stage.panel()))->open();
        }},
       {"context-menu", openContextMenu},
       {"trash-one", [](Stage& stage) { trash(stage, {1}); }},

@@ -195,7 +195,9 @@ void SearchView::listenToBookmarks() {
 /// Not while a sheet lies over the content.
 void SearchView::addShortcuts() {
   const auto add = [this](const QKeySequence& keys) {
-    return new QShortcut(keys, content_, Qt::WidgetWithChildrenShortcut);
+    auto* shortcut = new QShortcut(keys, content_);
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    return shortcut;
   };
   connect(add(Qt::CTRL | Qt::Key_D), &QShortcut::activated, this, &SearchView::saveSearch);
   connect(add(Qt::CTRL | Qt::Key_F), &QShortcut::activated, this, [this] {

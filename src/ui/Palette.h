@@ -9,6 +9,7 @@ inline QColor rgb(float red, float green, float blue) { return QColor::fromRgbF(
 
 inline const QColor kPanel = rgb(0.97F, 0.97F, 0.98F);
 inline const QColor kBar = rgb(0.93F, 0.93F, 0.95F);
+inline const QColor kSidebar = rgb(0.94F, 0.94F, 0.96F);
 inline const QColor kText = rgb(0.08F, 0.08F, 0.10F);
 inline const QColor kSecondaryText = rgb(0.48F, 0.48F, 0.52F);
 inline const QColor kFaintText = rgb(0.68F, 0.68F, 0.70F);

@@ -1,6 +1,8 @@
 #include "ui/DisplayText.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 #include <QChar>
 #include <QDateTime>
@@ -64,8 +66,21 @@ QLocale displayLocale() {
   return locale;
 }
 
+/// The larger the unit, the more digits are worth telling.
 QString sizeText(std::int64_t bytes, const QLocale& locale) {
-  return locale.formattedDataSize(bytes, /*precision=*/1, QLocale::DataSizeSIFormat);
+  constexpr double kStep = 1000;
+  constexpr std::array<const char16_t*, 6> kUnits{u"KB", u"MB", u"GB", u"TB", u"PB", u"EB"};
+  constexpr std::array<int, 6> kDigits{0, 1, 2, 2, 2, 2};
+  if (bytes < static_cast<std::int64_t>(kStep)) return locale.formattedDataSize(bytes);
+  std::size_t unit = 0;
+  auto value = static_cast<double>(bytes) / kStep;
+  const auto rounded = [&] {
+    const double scale = std::pow(10, kDigits[unit]);
+    return std::round(value * scale) / scale;
+  };
+  for (; rounded() >= kStep && unit + 1 < kUnits.size(); ++unit) value /= kStep;
+  return QStringLiteral("%1 %2").arg(
+      locale.toString(rounded(), 'f', QLocale::FloatingPointShortest), QStringView(kUnits[unit]));
 }
 
 QString dateText(std::int64_t seconds, const QLocale& locale) {

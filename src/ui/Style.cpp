@@ -9,6 +9,7 @@
 
 #include "ui/Menu.h"
 #include "ui/Palette.h"
+#include "ui/Symbol.h"
 #include "ui/Typography.h"
 
 namespace zelnor::ui {
@@ -59,8 +60,17 @@ void paintField(QPainter& painter, const QStyleOption& option) {
   painter.restore();
 }
 
+void paintComboBox(QPainter& painter, const QStyleOptionComboBox& box) {
+  paintField(painter, box);
+  constexpr int kArrow = 10;
+  const QRectF arrow(box.rect.right() - 2 * kArrow + 2, box.rect.center().y() - kArrow / 2.0,
+                     kArrow, kArrow);
+  paintSymbol(painter, arrow, QLatin1String("chevron.down"), palette::kSecondaryText);
+}
+
 QPalette colors() {
   QPalette colors(palette::kPanel, palette::kPanel);
+  colors.setColor(QPalette::Base, palette::kPanel);
   for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
     colors.setColor(role, palette::kText);
   }
@@ -110,6 +120,9 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
   if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
       control == CC_ScrollBar && bar != nullptr) {
     paintScrollBar(*painter, *bar);
+  } else if (const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+             control == CC_ComboBox && box != nullptr) {
+    paintComboBox(*painter, *box);
   } else {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
   }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 #include <QChar>
 #include <QDateTime>
@@ -36,6 +38,11 @@ QString visible(char16_t unit) {
   return QStringLiteral(u"⟨U+%1⟩").arg(static_cast<uint>(unit), 4, 16, QLatin1Char('0')).toUpper();
 }
 
+double rounded(double value, int digits) {
+  const double factor = std::pow(10.0, digits);
+  return std::round(value * factor) / factor;
+}
+
 }  // namespace
 
 QString displayText(std::string_view bytes) {
@@ -66,21 +73,20 @@ QLocale displayLocale() {
   return locale;
 }
 
-/// The larger the unit, the more digits are worth telling.
 QString sizeText(std::int64_t bytes, const QLocale& locale) {
   constexpr double kStep = 1000;
-  constexpr std::array<const char16_t*, 6> kUnits{u"KB", u"MB", u"GB", u"TB", u"PB", u"EB"};
-  constexpr std::array<int, 6> kDigits{0, 1, 2, 2, 2, 2};
-  if (bytes < static_cast<std::int64_t>(kStep)) return locale.formattedDataSize(bytes);
-  std::size_t unit = 0;
+  if (static_cast<double>(bytes) < kStep) return locale.formattedDataSize(bytes);
+  // Each with its digits after the point.
+  static constexpr std::array kUnits{std::pair("KB", 0), std::pair("MB", 1), std::pair("GB", 2),
+                                     std::pair("TB", 2), std::pair("PB", 2), std::pair("EB", 2)};
   auto value = static_cast<double>(bytes) / kStep;
-  const auto rounded = [&] {
-    const double scale = std::pow(10, kDigits[unit]);
-    return std::round(value * scale) / scale;
-  };
-  for (; rounded() >= kStep && unit + 1 < kUnits.size(); ++unit) value /= kStep;
-  return QStringLiteral("%1 %2").arg(
-      locale.toString(rounded(), 'f', QLocale::FloatingPointShortest), QStringView(kUnits[unit]));
+  const auto* unit = kUnits.begin();
+  for (; std::next(unit) != kUnits.end() && rounded(value, unit->second) >= kStep; ++unit) {
+    value /= kStep;
+  }
+  int digits = unit->second;
+  while (digits > 0 && rounded(value, digits) == rounded(value, digits - 1)) --digits;
+  return locale.toString(value, 'f', digits) + u' ' + QLatin1String(unit->first);
 }
 
 QString dateText(std::int64_t seconds, const QLocale& locale) {

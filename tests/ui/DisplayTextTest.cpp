@@ -1,4 +1,7 @@
+#include <cstdint>
+#include <limits>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -38,15 +41,18 @@ TEST(DisplayText, ShowsTheFolderOfAPath) {
 
 TEST(DisplayText, ShowsSizesInDecimalUnitsAndCountsInGroups) {
   const QLocale chinese(QLocale::Chinese, QLocale::China);
-  using Case = std::pair<std::int64_t, QStringView>;
-  for (const auto& [bytes, text] :
-       {Case{0, u"0 字节"}, Case{999, u"999 字节"}, Case{1'000, u"1 KB"}, Case{843'210, u"843 KB"},
-        Case{999'499, u"999 KB"}, Case{999'500, u"1 MB"}, Case{1'234'567, u"1.2 MB"},
-        Case{31'000'000, u"31 MB"}, Case{3'214'000'000, u"3.21 GB"},
-        Case{5'000'000'000'000'000'000, u"5 EB"}}) {
-    EXPECT_EQ(sizeText(bytes, chinese), text);
-  }
-  EXPECT_EQ(sizeText(1'250'000, QLocale(QLocale::German)), QStringLiteral("1,3 MB"));
+  const std::vector<std::pair<std::int64_t, QString>> sizes{
+      {0, QStringLiteral(u"0 字节")},
+      {999, QStringLiteral(u"999 字节")},
+      {843'200, QStringLiteral("843 KB")},
+      {999'499, QStringLiteral("999 KB")},
+      {999'500, QStringLiteral("1 MB")},
+      {1'234'567, QStringLiteral("1.2 MB")},
+      {1'250'000'000, QStringLiteral("1.25 GB")},
+      {2'000'000'000'000, QStringLiteral("2 TB")},
+      {std::numeric_limits<std::int64_t>::max(), QStringLiteral("9.22 EB")},
+  };
+  for (const auto& [bytes, text] : sizes) EXPECT_EQ(sizeText(bytes, chinese), text);
   EXPECT_EQ(countText(1'234'567, chinese), QStringLiteral("1,234,567"));
   EXPECT_EQ(countText(1'234'567, QLocale(QLocale::German)), QStringLiteral("1.234.567"));
 }

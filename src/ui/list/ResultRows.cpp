@@ -246,12 +246,17 @@ void ResultRows::mouseMoveEvent(QMouseEvent* event) {
   pointer_ = event->position().toPoint();
   updateHover();
   if (!press_ || !event->buttons().testFlag(Qt::LeftButton)) return;
-  if ((*pointer_ - press_->at).manhattanLength() >= QApplication::startDragDistance()) drag();
+  if ((*pointer_ - press_->at).manhattanLength() >= QApplication::startDragDistance()) {
+    const auto id = press_->id;
+    press_.reset();
+    drag(id);
+  }
 }
 
 void ResultRows::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !press_) return;
-  const auto press = *std::exchange(press_, std::nullopt);
+  const Press press = *press_;
+  press_.reset();
   if (!press.isPending) return;
   if (const auto index = indexOf(press.id); index.isValid()) {
     select(RowSelection::Gesture::alone, index);
@@ -285,8 +290,8 @@ void ResultRows::openMenuAtCurrent() {
   Q_EMIT menuRequested(result, viewport()->mapToGlobal(visualRect(currentIndex()).center()));
 }
 
-void ResultRows::drag() {
-  const auto id = std::exchange(press_, std::nullopt)->id;
+/// Drags all that is selected, if the row is.
+void ResultRows::drag(std::int64_t id) {
   const auto* record = recordOf(indexOf(id));
   if (record == nullptr || !viewModel_.selectedIDs().contains(id)) return;
   const double ratio = devicePixelRatioF();

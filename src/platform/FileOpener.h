@@ -17,8 +17,8 @@ struct Activation {
 
 /// Shows files in other programs. Paths are absolute, in bytes.
 ///
-/// Thread-safe. Every call waits for the disk and for other programs, a few seconds at most if these
-/// hang, so none belongs on the main thread. What is started inherits the priority of the calling
+/// Thread-safe. Every call waits for the disk and for other programs, for these some ten seconds at
+/// most, so none belongs on the main thread. What is started inherits the priority of the calling
 /// thread.
 class FileOpener {
  public:
@@ -27,8 +27,8 @@ class FileOpener {
   /// Opens what is at `path` with the default application for its kind. Throws FileError if there
   /// is none or if it cannot be started.
   virtual void open(const std::string& path, const Activation& activation) = 0;
-  /// Shows what is at `path`, selected, in a window of the file manager; if there is no file manager
-  /// that can, the folder it is in. Throws FileError if neither can be shown.
+  /// Shows what is at `path`, selected, in a window of the file manager; if there is no file
+  /// manager that can, the folder it is in. Throws FileError if neither can be shown.
   virtual void reveal(const std::string& path, const Activation& activation) = 0;
 };
 

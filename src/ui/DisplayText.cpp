@@ -1,6 +1,10 @@
 #include "ui/DisplayText.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <iterator>
+#include <utility>
 
 #include <QChar>
 #include <QDateTime>
@@ -34,6 +38,11 @@ QString visible(char16_t unit) {
   return QStringLiteral(u"⟨U+%1⟩").arg(static_cast<uint>(unit), 4, 16, QLatin1Char('0')).toUpper();
 }
 
+double rounded(double value, int digits) {
+  const double factor = std::pow(10.0, digits);
+  return std::round(value * factor) / factor;
+}
+
 }  // namespace
 
 QString displayText(std::string_view bytes) {
@@ -65,7 +74,19 @@ QLocale displayLocale() {
 }
 
 QString sizeText(std::int64_t bytes, const QLocale& locale) {
-  return locale.formattedDataSize(bytes, /*precision=*/1, QLocale::DataSizeSIFormat);
+  constexpr double kStep = 1000;
+  if (static_cast<double>(bytes) < kStep) return locale.formattedDataSize(bytes);
+  // Each with its digits after the point.
+  static constexpr std::array kUnits{std::pair("KB", 0), std::pair("MB", 1), std::pair("GB", 2),
+                                     std::pair("TB", 2), std::pair("PB", 2), std::pair("EB", 2)};
+  auto value = static_cast<double>(bytes) / kStep;
+  const auto* unit = kUnits.begin();
+  for (; std::next(unit) != kUnits.end() && rounded(value, unit->second) >= kStep; ++unit) {
+    value /= kStep;
+  }
+  int digits = unit->second;
+  while (digits > 0 && rounded(value, digits) == rounded(value, digits - 1)) --digits;
+  return locale.toString(value, 'f', digits) + u' ' + QLatin1String(unit->first);
 }
 
 QString dateText(std::int64_t seconds, const QLocale& locale) {

@@ -21,7 +21,7 @@ QString displayFolder(std::string_view path);
 /// The user's locale; Chinese, like all texts of the interface, where the system sets none.
 QLocale displayLocale();
 
-/// A size in decimal units, as in "1.2 MB".
+/// A size in decimal units, with no more digits than anybody reads: "843 KB", "1.2 MB", "1.25 GB".
 QString sizeText(std::int64_t bytes, const QLocale& locale = displayLocale());
 
 /// A moment, given in seconds since 1970, as short date and time of the local time zone.

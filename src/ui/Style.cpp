@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QPainter>
 #include <QPalette>
+#include <QScrollBar>
 #include <QStyleOption>
 
 #include "ui/Menu.h"
@@ -89,6 +90,7 @@ void paintPickerText(QPainter& painter, const QStyleOptionComboBox& option) {
 
 QPalette colors() {
   QPalette colors(palette::kPanel, palette::kPanel);
+  colors.setColor(QPalette::Base, palette::kPanel);
   for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
     colors.setColor(role, palette::kText);
   }
@@ -103,6 +105,14 @@ QPalette colors() {
 }  // namespace
 
 Style::Style(Motion motion) : QProxyStyle(QStringLiteral("Fusion")), motion_(motion) {}
+
+/// Scroll bars lie over what they scroll, which shows through.
+void Style::polish(QWidget* widget) {
+  QProxyStyle::polish(widget);
+  if (qobject_cast<QScrollBar*>(widget) != nullptr) {
+    widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
+  }
+}
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                           const QWidget* widget) const {
@@ -186,6 +196,7 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option,
                        const QWidget* widget) const {
   switch (metric) {
     case PM_ScrollBarExtent:
+    case PM_ScrollView_ScrollBarOverlap:
       return kScrollBar;
     case PM_ScrollBarSliderMin:
       return kShortestHandle;

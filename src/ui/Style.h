@@ -16,6 +16,8 @@ class Style final : public QProxyStyle {
 
   explicit Style(Motion motion);
 
+  using QProxyStyle::polish;
+  void polish(QWidget* widget) override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,

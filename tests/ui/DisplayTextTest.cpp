@@ -1,3 +1,8 @@
+#include <cstdint>
+#include <limits>
+#include <utility>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "ui/DisplayText.h"
@@ -36,7 +41,18 @@ TEST(DisplayText, ShowsTheFolderOfAPath) {
 
 TEST(DisplayText, ShowsSizesInDecimalUnitsAndCountsInGroups) {
   const QLocale chinese(QLocale::Chinese, QLocale::China);
-  EXPECT_EQ(sizeText(1'234'567, chinese), QStringLiteral("1.2 MB"));
+  const std::vector<std::pair<std::int64_t, QString>> sizes{
+      {0, QStringLiteral(u"0 字节")},
+      {999, QStringLiteral(u"999 字节")},
+      {843'200, QStringLiteral("843 KB")},
+      {999'499, QStringLiteral("999 KB")},
+      {999'500, QStringLiteral("1 MB")},
+      {1'234'567, QStringLiteral("1.2 MB")},
+      {1'250'000'000, QStringLiteral("1.25 GB")},
+      {2'000'000'000'000, QStringLiteral("2 TB")},
+      {std::numeric_limits<std::int64_t>::max(), QStringLiteral("9.22 EB")},
+  };
+  for (const auto& [bytes, text] : sizes) EXPECT_EQ(sizeText(bytes, chinese), text);
   EXPECT_EQ(countText(1'234'567, chinese), QStringLiteral("1,234,567"));
   EXPECT_EQ(countText(1'234'567, QLocale(QLocale::German)), QStringLiteral("1.234.567"));
 }

@@ -17,9 +17,11 @@ QByteArray bytesOf(const std::string& text) {
   return {text.data(), static_cast<qsizetype>(text.size())};
 }
 
-/// As bytes: a QString would lose what is not UTF-8.
+/// As bytes: a QString would lose what is not UTF-8. Qt adds X11's own names of text; some programs
+/// ask for the type with its encoding alone.
 void setText(QMimeData& data, const std::string& bytes) {
   data.setData(QStringLiteral("text/plain"), bytesOf(bytes));
+  data.setData(QStringLiteral("text/plain;charset=utf-8"), bytesOf(bytes));
 }
 
 void put(std::unique_ptr<QMimeData> data) {

@@ -12,7 +12,10 @@ namespace zelnor::platform {
 
 namespace {
 
-FileError systemError(int number) { return FileError(g_strerror(number)); }
+FileError systemError(int number) {
+  FileError error(g_strerror(number));
+  return error;
+}
 
 /// The kernel would take a name with a '/' in it for a way into another folder, and end one at a
 /// NUL.
@@ -29,7 +32,7 @@ void checkSameFolder(std::string_view from, std::string_view to) {
 
 void DesktopFileActions::trash(const std::string& path) {
   GLibError error;
-  if (g_file_trash(fileAt(path).get(), /*cancellable=*/nullptr, error.out())) return;
+  if (g_file_trash(fileAt(path).get(), /*cancellable=*/nullptr, error.out()) != FALSE) return;
   if (error.is(G_IO_ERROR_FILENAME_TOO_LONG) && trashUnderShorterName(path)) return;
   throw error.toFileError();
 }

@@ -88,8 +88,8 @@ void DesktopFileOpener::open(const std::string& path, const Activation& activati
   auto uri = fileUri(path);
   GList uris{.data = uri.data(), .next = nullptr, .prev = nullptr};
   GLibError failed;
-  if (!g_app_info_launch_uris(program.get(), &uris, launchContext(activation).get(),
-                              failed.out())) {
+  const auto context = launchContext(activation);
+  if (g_app_info_launch_uris(program.get(), &uris, context.get(), failed.out()) == FALSE) {
     throw failed.toFileError();
   }
 }

@@ -41,7 +41,8 @@ class GLibError {
     return g_error_matches(error_, G_IO_ERROR, code) != FALSE;
   }
   [[nodiscard]] FileError toFileError() const {
-    return FileError(error_ != nullptr ? error_->message : "");
+    FileError error(error_ != nullptr ? error_->message : "");
+    return error;
   }
 
  private:

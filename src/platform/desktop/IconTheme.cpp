@@ -20,8 +20,13 @@ constexpr std::array kExtensions{".png", ".svg", ".xpm"};
 
 bool isThere(const std::string& path) { return ::access(path.c_str(), R_OK) == 0; }
 
+std::string below(std::string folder, const std::string& name) {
+  folder += '/';
+  return folder += name;
+}
+
 std::string indexOf(const std::string& baseFolder, const std::string& theme) {
-  return baseFolder + "/" + theme + "/index.theme";
+  return below(baseFolder, theme) + "/index.theme";
 }
 
 bool isInstalled(const std::string& theme, std::span<const std::string> baseFolders) {
@@ -40,7 +45,7 @@ std::string themeOfGnome() {
   if (source == nullptr) return {};
   const GLibPointer<GSettingsSchema> schema(
       g_settings_schema_source_lookup(source, kSchema, /*recursive=*/TRUE));
-  if (!schema || !g_settings_schema_has_key(schema.get(), kKey)) return {};
+  if (!schema || g_settings_schema_has_key(schema.get(), kKey) == FALSE) return {};
   const GObjectPointer<GSettings> settings(
       g_settings_new_full(schema.get(), /*backend=*/nullptr, /*path=*/nullptr));
   const GLibPointer<char> name(g_settings_get_string(settings.get(), kKey));
@@ -86,7 +91,7 @@ void IconTheme::add(const std::string& name) {
   Theme theme;
   std::optional<IconThemeIndex> index;
   for (const auto& baseFolder : baseFolders_) {
-    const auto folder = baseFolder + "/" + name;
+    const auto folder = below(baseFolder, name);
     if (!isThere(folder)) continue;
     theme.folders.push_back(folder);
     if (!index) index = IconThemeIndex::read(indexOf(baseFolder, name));
@@ -101,14 +106,14 @@ void IconTheme::add(const std::string& name) {
 }
 
 std::optional<std::string> IconTheme::findIn(const Theme& theme, const std::string& name,
-                                             int pixels) const {
+                                             int pixels) {
   if (name.find('/') != std::string::npos) return std::nullopt;
   std::optional<std::string> closest;
   int distance = std::numeric_limits<int>::max();
   for (const auto& folder : theme.index.folders) {
     if (folder.distance(pixels) >= distance) continue;
     for (const auto& base : theme.folders) {
-      auto found = withExtension(base + "/" + folder.path + "/" + name);
+      auto found = withExtension(below(below(base, folder.path), name));
       if (!found) continue;
       closest = std::move(found);
       distance = folder.distance(pixels);
@@ -122,7 +127,7 @@ std::optional<std::string> IconTheme::findIn(const Theme& theme, const std::stri
 std::optional<std::string> IconTheme::findWithoutTheme(const std::string& name) const {
   if (name.find('/') != std::string::npos) return std::nullopt;
   for (const auto& baseFolder : baseFolders_) {
-    if (auto found = withExtension(baseFolder + "/" + name)) return found;
+    if (auto found = withExtension(below(baseFolder, name))) return found;
   }
   return std::nullopt;
 }

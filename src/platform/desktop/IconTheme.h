@@ -29,8 +29,8 @@ class IconTheme final : public IconFinder {
 
   void load();
   void add(const std::string& name);
-  [[nodiscard]] std::optional<std::string> findIn(const Theme& theme, const std::string& name,
-                                                  int pixels) const;
+  [[nodiscard]] static std::optional<std::string> findIn(const Theme& theme,
+                                                         const std::string& name, int pixels);
   [[nodiscard]] std::optional<std::string> findWithoutTheme(const std::string& name) const;
 
   const std::string preferred_;

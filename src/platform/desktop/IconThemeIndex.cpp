@@ -71,15 +71,15 @@ int IconFolder::distance(int pixels) const {
 
 std::optional<IconThemeIndex> IconThemeIndex::read(const std::string& path) {
   const GLibPointer<GKeyFile> file(g_key_file_new());
-  if (!g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, /*error=*/nullptr) ||
-      !g_key_file_has_group(file.get(), kThemeGroup)) {
-    return std::nullopt;
-  }
+  const bool isTheme = g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE,
+                                                 /*error=*/nullptr) != FALSE &&
+                       g_key_file_has_group(file.get(), kThemeGroup) != FALSE;
+  if (!isTheme) return std::nullopt;
   IconThemeIndex index;
   index.inherits = readList(file.get(), "Inherits");
   for (const auto* key : {"Directories", "ScaledDirectories"}) {
     for (const auto& folder : readList(file.get(), key)) {
-      if (g_key_file_has_group(file.get(), folder.c_str()))
+      if (g_key_file_has_group(file.get(), folder.c_str()) != FALSE)
         index.folders.push_back(readFolder(file.get(), folder));
     }
   }

@@ -84,7 +84,7 @@ std::string noteAbout(const std::string& path, const TrashFolder& trash) {
 std::optional<std::string> writeNote(const TrashFolder& trash, const std::string& path) {
   const auto stem = path.substr(path.rfind('/') + 1, kShortName);
   for (int number = 1; number < kMaxAttempts; ++number) {
-    const auto name = stem + '.' + std::to_string(number);
+    auto name = stem + '.' + std::to_string(number);
     const auto note = trash.path + "/info/" + name + ".trashinfo";
     const FileDescriptor file(
         ::open(note.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));

@@ -51,7 +51,7 @@ void renameByLinking(const ShortPath& from, const ShortPath& to, const std::stri
 
 bool isFolder(const ShortPath& path, const std::string& name) {
   const auto status = readStatus(path.folderOrCurrent(), path.rest);
-  check(status.has_value(), name);
+  if (!status) throw std::system_error(errno, std::generic_category(), name);
   return attributesFrom(*status).isDirectory;
 }
 

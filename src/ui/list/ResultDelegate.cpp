@@ -18,7 +18,7 @@ ResultDelegate::Texts::Texts()
     : name(type::font(type::kBody, QFont::Medium)),
       selectedName(type::font(type::kBody, QFont::DemiBold)),
       detail(type::font(type::kDetail)),
-      digits(type::monospaced(type::kDetail)) {}
+      digits(type::monospaced(type::kDetail), detail) {}
 
 ResultRowGeometry::Lines ResultDelegate::Texts::lines() const {
   return {.name = std::max(name.height(), selectedName.height()), .folder = detail.height()};

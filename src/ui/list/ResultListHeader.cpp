@@ -96,11 +96,14 @@ void ResultListHeader::resizeEvent(QResizeEvent* /*event*/) { placeCells(); }
 
 void ResultListHeader::placeCells() {
   const auto places = ResultHeaderGeometry::of(rect());
-  name_->setGeometry(places.name);
-  location_->setGeometry(places.location);
-  location_->setVisible(!places.location.isEmpty());
-  size_->setGeometry(places.size);
-  date_->setGeometry(places.date);
+  const auto place = [](Cell* cell, const QRect& at) {
+    cell->setGeometry(at);
+    cell->setVisible(!at.isEmpty());
+  };
+  place(name_, places.name);
+  place(location_, places.location);
+  place(size_, places.size);
+  place(date_, places.date);
 }
 
 void ResultListHeader::showSorting() {

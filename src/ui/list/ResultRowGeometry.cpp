@@ -16,7 +16,8 @@ constexpr int kIcon = 28;
 constexpr int kLocationWidth = 200;
 constexpr int kSizeWidth = 80;
 constexpr int kDateWidth = 110;
-constexpr int kNameTitle = 72;  // what the title of the name needs
+constexpr int kNameAtLeast = 100;  // before the columns beside it give way
+constexpr int kNameTitle = 72;     // what the title of the name needs
 constexpr int kLocationTitle = 48;
 
 /// A part of a line from left to right.
@@ -34,14 +35,23 @@ struct Columns {
   Span size;
   Span date;
 
+  /// In a narrow line the date gives way first, then the size: a name says more.
   static Columns of(const QRect& line) {
-    const int date = type::scaled(kDateWidth);
-    const int size = type::scaled(kSizeWidth);
-    const int name = line.left() + kMargin + kIcon + kGap;
     Columns columns;
-    columns.date = {line.left() + line.width() - kMargin - date, date};
-    columns.size = {columns.date.left - kGap - size, size};
-    columns.name = {name, std::max(columns.size.left - kGap - name, 0)};
+    columns.name.left = line.left() + kMargin + kIcon + kGap;
+    int end = line.left() + line.width() - kMargin;
+    const int size = type::scaled(kSizeWidth);
+    const int date = type::scaled(kDateWidth);
+    const int spare = end - columns.name.left - type::scaled(kNameAtLeast);
+    if (spare >= size + date + 2 * kGap) {
+      columns.date = {end - date, date};
+      end = columns.date.left - kGap;
+    }
+    if (spare >= size + kGap) {
+      columns.size = {end - size, size};
+      end = columns.size.left - kGap;
+    }
+    columns.name.width = std::max(end - columns.name.left, 0);
     return columns;
   }
 };

@@ -20,7 +20,8 @@ struct ResultRowGeometry {
 
   /// How high a row is: always the same, unless the user wants to read larger texts than fit.
   static int height(const Lines& lines);
-  /// The parts of a row that fills `row`. In a narrow row, name and folder give way first.
+  /// The parts of a row that fills `row`. In a narrow row, date and size are empty
+  /// where they would leave no room for a name.
   static ResultRowGeometry of(const QRect& row, const Lines& lines);
 };
 
@@ -29,7 +30,7 @@ struct ResultRowGeometry {
 struct ResultHeaderGeometry {
   QRect name;
   QRect location;  ///< empty where there is no place for it
-  QRect size;
+  QRect size;      ///< empty like that of the rows
   QRect date;
 
   /// The parts of a header that fills `header`.

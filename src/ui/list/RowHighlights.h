@@ -33,7 +33,8 @@ class RowHighlights final : public QObject {
   /// gently.
   void show(std::vector<Row> rows);
   void setHovered(std::optional<std::int64_t> id);
-  [[nodiscard]] const std::optional<std::int64_t>& hovered() const { return hovered_; }
+  /// Some background is on its way to another; else nothing runs.
+  [[nodiscard]] bool isMoving() const { return frame_.isActive(); }
 
   [[nodiscard]] QColor background(std::int64_t id, bool isSelected) const;
 

@@ -25,10 +25,10 @@ std::optional<RowSelection::IdSet> RowSelection::range(const std::vector<SearchR
   const auto anchor = anchor_ && selected.contains(*anchor_) ? *anchor_ : *selected.begin();
   const auto found = std::ranges::find(rows, anchor, &SearchResult::id);
   if (found == rows.end()) return std::nullopt;
-  const auto [first, last] =
-      std::minmax(static_cast<std::size_t>(std::distance(rows.begin(), found)), at);
+  const auto from = static_cast<std::size_t>(std::distance(rows.begin(), found));
+  const auto last = std::max(from, at);
   IdSet ids;
-  for (auto row = first; row <= last; ++row) ids.insert(rows[row].id());
+  for (auto row = std::min(from, at); row <= last; ++row) ids.insert(rows[row].id());
   return ids;
 }
 

@@ -11,13 +11,19 @@ namespace {
 constexpr int kNarrowestLetter = 2;  // pixels
 }  // namespace
 
+TextLine::TextLine(const QFont& font)
+    : font_(font), metrics_(font), height_(metrics_.height()), ascent_(metrics_.ascent()) {}
+
+TextLine::TextLine(const QFont& font, const TextLine& other)
+    : font_(font), metrics_(font), height_(other.height_), ascent_(other.ascent_) {}
+
 void TextLine::paint(QPainter& painter, const QRect& box, const QString& text, const QColor& color,
                      Qt::AlignmentFlag side) const {
   const auto shown =
       metrics_.elidedText(withoutUnseenMiddle(text, box.width()), Qt::ElideMiddle, box.width());
   const int free =
       side == Qt::AlignRight ? std::max(box.width() - metrics_.horizontalAdvance(shown), 0) : 0;
-  const int base = box.top() + (box.height() - metrics_.height()) / 2 + metrics_.ascent();
+  const int base = box.top() + (box.height() - height_) / 2 + ascent_;
   painter.setFont(font_);
   painter.setPen(color);
   painter.setLayoutDirection(Qt::LeftToRight);

@@ -13,9 +13,11 @@ namespace zelnor::ui {
 /// height: letters of other fonts, which stand in where this one has none, move nothing.
 class TextLine {
  public:
-  explicit TextLine(const QFont& font) : font_(font), metrics_(font) {}
+  explicit TextLine(const QFont& font);
+  /// The letters stand on the same line as those of `other`, in a box as high.
+  TextLine(const QFont& font, const TextLine& other);
 
-  [[nodiscard]] int height() const { return metrics_.height(); }
+  [[nodiscard]] int height() const { return height_; }
   /// Draws the text in the middle of the height of `box`, cut in the middle where it does not fit.
   void paint(QPainter& painter, const QRect& box, const QString& text, const QColor& color,
              Qt::AlignmentFlag side = Qt::AlignLeft) const;
@@ -23,6 +25,8 @@ class TextLine {
  private:
   QFont font_;
   QFontMetrics metrics_;
+  int height_;
+  int ascent_;  ///< of the letters, within the height
 };
 
 /// A text of which no more than `width` pixels will be seen: where it is much longer, without most

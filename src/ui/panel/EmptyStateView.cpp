@@ -180,15 +180,18 @@ void EmptyStateView::enter() {
 
 /// Arrow keys go from entry to entry.
 bool EmptyStateView::eventFilter(QObject* watched, QEvent* event) {
-  const auto entries = widget()->findChildren<PlainButton*>();
-  const auto at = entries.indexOf(static_cast<PlainButton*>(watched));
-  if (at < 0) return false;
-  if (event->type() == QEvent::FocusIn) ensureWidgetVisible(entries[at]);
-  if (event->type() != QEvent::KeyPress) return false;
-  const int key = static_cast<QKeyEvent*>(event)->key();
+  auto* entry = qobject_cast<PlainButton*>(watched);
+  if (entry == nullptr) return QScrollArea::eventFilter(watched, event);
+  if (event->type() == QEvent::FocusIn) ensureWidgetVisible(entry);
+  return event->type() == QEvent::KeyPress && goFrom(*entry, static_cast<QKeyEvent*>(event)->key());
+}
+
+/// Answers whether the key is one that goes somewhere.
+bool EmptyStateView::goFrom(PlainButton& entry, int key) {
   const bool isBack = key == Qt::Key_Up || key == Qt::Key_Left;
   if (!isBack && key != Qt::Key_Down && key != Qt::Key_Right) return false;
-  const auto next = at + (isBack ? -1 : 1);
+  const auto entries = widget()->findChildren<PlainButton*>();
+  const auto next = entries.indexOf(&entry) + (isBack ? -1 : 1);
   if (next < 0) {
     Q_EMIT leftUpwards();
   } else if (next < entries.size()) {

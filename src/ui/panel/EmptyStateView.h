@@ -11,6 +11,8 @@ class QVBoxLayout;
 
 namespace zelnor::ui {
 
+class PlainButton;
+
 /// What is shown while nothing is searched for: recent searches and a few bookmarks, or how to
 /// search.
 class EmptyStateView final : public QScrollArea {
@@ -39,6 +41,7 @@ class EmptyStateView final : public QScrollArea {
 
  private:
   void rebuild();
+  bool goFrom(PlainButton& entry, int key);
   void addRecents(QVBoxLayout& page);
   void addBookmarks(QVBoxLayout& page);
   void addHint(QVBoxLayout& page);

@@ -100,9 +100,9 @@ FilterPanelView::FilterPanelView(SearchViewModel& search, QWidget* parent)
     search_.setQueryText(switchedMode(search_.queryText(), static_cast<MatchMode>(id)));
     showMatchMode();
   });
-  connect(&search, &SearchViewModel::filterChanged, this, [this] { show(search_.filter()); });
+  connect(&search, &SearchViewModel::filterChanged, this, [this] { showFilter(search_.filter()); });
   connect(&search, &SearchViewModel::queryTextChanged, this, &FilterPanelView::showMatchMode);
-  show(search.filter());
+  showFilter(search.filter());
   showMatchMode();
 }
 
@@ -145,7 +145,7 @@ void FilterPanelView::change(const Change& change) {
   search_.setFilter(filter);
 }
 
-void FilterPanelView::show(const SearchFilter& filter) {
+void FilterPanelView::showFilter(const SearchFilter& filter) {
   sizes_->choose(static_cast<int>(filter.sizePreset));
   dates_->choose(static_cast<int>(filter.datePreset));
   reset_->setVisible(filter.isActive());

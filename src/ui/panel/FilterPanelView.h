@@ -35,7 +35,7 @@ class FilterPanelView final : public QScrollArea {
   QWidget* makeColumns(QWidget* parent);
   QWidget* makeReset(QWidget* parent);
   FilterColumn* makeMatchColumn(QWidget* parent);
-  void show(const SearchFilter& filter);
+  void showFilter(const SearchFilter& filter);
   void showMatchMode();
   template <class Change>
   void change(const Change& change);

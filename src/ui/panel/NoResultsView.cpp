@@ -17,32 +17,43 @@ constexpr int kHintSpacing = 4;
 constexpr std::array<QStringView, 3> kHints{u"• 检查拼写或尝试其他关键词",
                                             u"• 使用通配符：report*2024",
                                             u"• 确认文件所在目录已加入索引范围"};
+/// Lines that begin below each other, in the middle.
+QLayout* makeHints(QWidget* parent) {
+  auto* lines = new QVBoxLayout;
+  lines->setSpacing(kHintSpacing);
+  for (const auto hint : kHints) {
+    lines->addWidget(makeText(hint.toString(), type::kLabel, palette::kSecondaryText, parent));
+  }
+  auto* centered = new QHBoxLayout;
+  centered->addStretch();
+  centered->addLayout(lines);
+  centered->addStretch();
+  return centered;
+}
+
 }  // namespace
 
 NoResultsView::NoResultsView(QWidget* parent)
-    : QWidget(parent), sentence_(new ElidedLabel(type::kLabel, palette::kSecondaryText, this)) {
-  auto* hints = new QVBoxLayout;
-  hints->setSpacing(kHintSpacing);
-  for (const auto hint : kHints) {
-    hints->addWidget(makeText(hint.toString(), type::kLabel, palette::kSecondaryText, this));
-  }
-  sentence_->setAlignment(Qt::AlignCenter);
-
-  auto* layout = new QVBoxLayout(this);
+    : QScrollArea(parent),
+      sentence_(new ElidedLabel(type::kLabel, palette::kSecondaryText, nullptr)) {
+  setFrameShape(NoFrame);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setWidgetResizable(true);
+  setFocusPolicy(Qt::NoFocus);
+  auto* page = new QWidget;
+  auto* layout = new QVBoxLayout(page);
   layout->setSpacing(kSpacing);
   layout->addStretch();
-  layout->addWidget(makeHeroSymbol(QLatin1String("doc.questionmark.ultralight"), this), 0,
+  layout->addWidget(makeHeroSymbol(QLatin1String("doc.questionmark.ultralight"), page), 0,
                     Qt::AlignHCenter);
   layout->addWidget(
-      makeText(QStringLiteral(u"未找到匹配文件"), type::kQuery, palette::kSecondaryText, this), 0,
+      makeText(QStringLiteral(u"未找到匹配文件"), type::kQuery, palette::kSecondaryText, page), 0,
       Qt::AlignHCenter);
+  sentence_->setAlignment(Qt::AlignCenter);
   layout->addWidget(sentence_);
-  auto* centered = new QHBoxLayout;
-  centered->addStretch();
-  centered->addLayout(hints);
-  centered->addStretch();
-  layout->addLayout(centered);
+  layout->addLayout(makeHints(page));
   layout->addStretch();
+  setWidget(page);
 }
 
 void NoResultsView::setQuery(const QString& query) {

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <QWidget>
+#include <QScrollArea>
 
 class QLabel;
 
 namespace zelnor::ui {
 
-/// Says that nothing was found, and what else to try.
-class NoResultsView final : public QWidget {
+/// Says that nothing was found, and what else to try. Scrolls where there is no room for that.
+class NoResultsView final : public QScrollArea {
   Q_OBJECT
 
  public:

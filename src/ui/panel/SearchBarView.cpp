@@ -67,11 +67,11 @@ SearchBarView::SearchBarView(SearchViewModel& search, QWidget* parent)
   });
   connect(&search, &SearchViewModel::queryTextChanged, this,
           [this] { field_->setBoundText(QString::fromStdString(search_.queryText())); });
-  connect(&search, &SearchViewModel::filterChanged, this, [this] { show(search_.filter()); });
+  connect(&search, &SearchViewModel::filterChanged, this, [this] { showFilter(search_.filter()); });
   connect(&search, &SearchViewModel::isSearchingChanged, magnifier_,
           [this] { magnifier_->setPulsing(search_.isSearching()); });
   field_->setBoundText(QString::fromStdString(search.queryText()));
-  show(search.filter());
+  showFilter(search.filter());
 }
 
 QLayout* SearchBarView::makeInputRow() {
@@ -137,7 +137,7 @@ int SearchBarView::activeFilterCount(const SearchFilter& filter) {
          (filter.datePreset != DatePreset::any ? 1 : 0);
 }
 
-void SearchBarView::show(const SearchFilter& filter) {
+void SearchBarView::showFilter(const SearchFilter& filter) {
   chips_->choose(static_cast<int>(filter.category));
   filters_->setCount(activeFilterCount(filter));
 }

@@ -45,7 +45,7 @@ class SearchBarView final : public QWidget {
  private:
   QLayout* makeInputRow();
   QWidget* makeChipRow();
-  void show(const SearchFilter& filter);
+  void showFilter(const SearchFilter& filter);
 
   SearchViewModel& search_;
   QWidget* pill_;

@@ -79,11 +79,16 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& item) {
   const int side = type::scaled(kSymbol);
   QRect place(item.rect.left() + kPadding, 0, side, side);
   place.moveTop(item.rect.center().y() - side / 2);
-  item.icon.paint(&painter, place);
+  if (item.checkType != QStyleOptionMenuItem::NotCheckable && item.checked) {
+    paintSymbol(painter, place, QLatin1String("checkmark"), palette::kSecondaryText);
+  } else {
+    item.icon.paint(&painter, place);
+  }
+  const auto text = item.rect.adjusted(kPadding + side + kSymbolGap, 0, -kPadding, 0);
   painter.setFont(item.font);
   painter.setPen(item.palette.color(QPalette::Text));
-  painter.drawText(item.rect.adjusted(kPadding + side + kSymbolGap, 0, -kPadding, 0),
-                   Qt::AlignVCenter | Qt::TextSingleLine, shown(item));
+  painter.drawText(text, Qt::AlignVCenter | Qt::TextSingleLine,
+                   painter.fontMetrics().elidedText(shown(item), Qt::ElideRight, text.width()));
   painter.restore();
 }
 

@@ -37,9 +37,10 @@ void PlainButton::paintEvent(QPaintEvent* /*event*/) {
   if (showsFocus(*this)) paintFocusRing(painter, rect(), cornerRadius());
 }
 
-/// Return presses what has the keyboard, as Space does.
+/// Return presses what has the keyboard, as Space does; with Ctrl it is for all of a sheet.
 void PlainButton::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (isReturn && !event->modifiers().testFlag(Qt::ControlModifier)) {
     click();
   } else {
     QPushButton::keyPressEvent(event);

@@ -61,12 +61,31 @@ void paintField(QPainter& painter, const QStyleOption& option) {
   painter.restore();
 }
 
-void paintComboBox(QPainter& painter, const QStyleOptionComboBox& box) {
-  paintField(painter, box);
-  constexpr int kArrow = 10;
-  const QRectF arrow(box.rect.right() - 2 * kArrow + 2, box.rect.center().y() - kArrow / 2.0,
-                     kArrow, kArrow);
-  paintSymbol(painter, arrow, QLatin1String("chevron.down"), palette::kSecondaryText);
+constexpr int kPickerInset = 8;
+constexpr int kPickerSymbol = 9;
+
+QRectF pickerSymbol(const QRect& picker) {
+  const int side = type::scaled(kPickerSymbol);
+  QRectF box(0, 0, side, side);
+  box.moveCenter(QRectF(picker).center());
+  box.moveRight(picker.right() + 1 - kPickerInset);
+  return box;
+}
+
+void paintPicker(QPainter& painter, const QStyleOption& option) {
+  paintField(painter, option);
+  paintSymbol(painter, pickerSymbol(option.rect), QLatin1String("chevron.down"),
+              palette::kSecondaryText);
+}
+
+void paintPickerText(QPainter& painter, const QStyleOptionComboBox& option) {
+  const int end = static_cast<int>(pickerSymbol(option.rect).left());
+  const QRect place(option.rect.left() + kPickerInset, option.rect.top(),
+                    end - option.rect.left() - 2 * kPickerInset, option.rect.height());
+  painter.setPen(palette::kText);
+  painter.drawText(
+      place, Qt::AlignVCenter | Qt::TextSingleLine,
+      option.fontMetrics.elidedText(option.currentText, Qt::ElideRight, place.width()));
 }
 
 QPalette colors() {
@@ -119,6 +138,9 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
   if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
       element == CE_MenuItem && item != nullptr) {
     paintMenuItem(*painter, *item);
+  } else if (const auto* picker = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+             element == CE_ComboBoxLabel && picker != nullptr) {
+    paintPickerText(*painter, *picker);
   } else {
     QProxyStyle::drawControl(element, option, painter, widget);
   }
@@ -129,9 +151,8 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
   if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
       control == CC_ScrollBar && bar != nullptr) {
     paintScrollBar(*painter, *bar);
-  } else if (const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
-             control == CC_ComboBox && box != nullptr) {
-    paintComboBox(*painter, *box);
+  } else if (control == CC_ComboBox) {
+    paintPicker(*painter, *option);
   } else {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
   }

@@ -6,8 +6,8 @@ class QApplication;
 
 namespace zelnor::ui {
 
-/// The interface's own look for what Qt draws: scroll bars, menus, text fields. Everything else is
-/// Fusion's.
+/// The interface's own look for what Qt draws: scroll bars, menus, text fields and pickers (combo
+/// boxes, not editable). Everything else is Fusion's.
 class Style final : public QProxyStyle {
   Q_OBJECT
 

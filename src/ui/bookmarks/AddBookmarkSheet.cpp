@@ -1,7 +1,7 @@
 #include "ui/bookmarks/AddBookmarkSheet.h"
 
 #include <QComboBox>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -23,22 +23,20 @@ const auto kTitle = QStringLiteral(u"保存书签");
 /// Rows of a label and what belongs to it, in a box.
 class Form final : public QWidget {
  public:
-  explicit Form(QWidget* parent) : QWidget(parent), rows_(new QVBoxLayout(this)) {
+  explicit Form(QWidget* parent) : QWidget(parent), rows_(new QGridLayout(this)) {
     rows_->setContentsMargins(1, 1, 1, 1);
     rows_->setSpacing(0);
+    for (const int gap : {0, 2, 4}) rows_->setColumnMinimumWidth(gap, /*minSize=*/12);
+    rows_->setColumnStretch(/*column=*/3, /*stretch=*/1);
   }
 
   void addRow(const QString& title, QWidget* control) {
     constexpr int kHeight = 40;
-    constexpr int kSides = 12;
-    if (rows_->count() > 0) rows_->addWidget(makeSeparator(Qt::Horizontal, this));
-    auto* row = new QHBoxLayout;
-    row->setContentsMargins(kSides, 0, kSides, 0);
-    row->setSpacing(kSides);
-    row->addWidget(makeText(title, type::kBody, palette::kText, this));
-    row->addWidget(control, /*stretch=*/1);
-    row->addStrut(type::scaled(kHeight));
-    rows_->addLayout(row);
+    int row = rows_->rowCount();
+    if (row > 1) rows_->addWidget(makeSeparator(Qt::Horizontal, this), row++, 0, 1, -1);
+    rows_->setRowMinimumHeight(row, type::scaled(kHeight));
+    rows_->addWidget(makeText(title, type::kBody, palette::kText, this), row, 1);
+    rows_->addWidget(control, row, 3);
   }
 
  protected:
@@ -52,7 +50,7 @@ class Form final : public QWidget {
   }
 
  private:
-  QVBoxLayout* rows_;
+  QGridLayout* rows_;
 };
 
 }  // namespace

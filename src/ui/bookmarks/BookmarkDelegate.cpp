@@ -71,9 +71,8 @@ void BookmarkDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 void BookmarkDelegate::paintBookmark(QPainter& painter, const QStyleOptionViewItem& option,
                                      const QModelIndex& index) const {
   const auto parts = BookmarkRowGeometry::ofBookmark(option.rect);
-  if (option.state.testFlag(QStyle::State_MouseOver) || index == dragged_) {
-    shade(painter, parts.highlight);
-  }
+  const bool isHovered = option.state.testFlag(QStyle::State_MouseOver);
+  if (dragged_.isValid() ? index == dragged_ : isHovered) shade(painter, parts.highlight);
   paintLine(painter, parts.name, index.data().toString(), type::kLabel, palette::kText);
   paintLine(painter, parts.description, index.data(BookmarksModel::descriptionRole).toString(),
             type::kCaption, palette::kFaintText);

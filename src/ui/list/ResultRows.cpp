@@ -127,9 +127,11 @@ void ResultRows::keyPressEvent(QKeyEvent* event) {
   const auto text = event->text();
   if (!isCommand && !text.isEmpty() && text.front().isPrint() && text.front() != u' ') {
     Q_EMIT typed(text);
-    return;
+  } else if (event->key() == Qt::Key_Space) {
+    event->ignore();  // with nothing selected, it is for who shows the list to decide
+  } else {
+    QListView::keyPressEvent(event);
   }
-  QListView::keyPressEvent(event);
 }
 
 /// Does what the key does with the selected rows; held down, it does so once.
@@ -151,6 +153,7 @@ bool ResultRows::pressKey(const QKeyEvent& event) {
   if (modifiers != Qt::NoModifier) return false;
   switch (event.key()) {
     case Qt::Key_Space:
+      if (!shared_->selectedRow()) return false;
       if (!event.isAutoRepeat()) withSelected(&ResultRows::previewRequested);
       return true;
     case Qt::Key_Return:

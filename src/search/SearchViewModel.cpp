@@ -369,20 +369,25 @@ void SearchViewModel::show(Update& update, FirstPage page, ResultsChange change)
   update.set(hasMore_, currentOffset_ < matches_, &SearchViewModel::hasMoreChanged);
 }
 
-/// Takes out of `rows`, which just came, those that were removed and that the index still holds
-/// where they were; answers how many. If `isWhole`, no others will come, and the index has dropped
-/// what is not among them.
+/// Takes out of `rows`, which just came, those that were removed, as the index still holds them or
+/// in the trash they were moved to; answers how many. If `isWhole`, no others will come, and the
+/// index has dropped what is not among them.
 std::int64_t SearchViewModel::leaveOutRemoved(Results& rows, bool isWhole) {
   if (removed_.empty()) return 0;
-  decltype(removed_) held;
+  std::unordered_map<std::int64_t, std::int64_t> idOfInode;
+  for (const auto& [id, record] : removed_) idOfInode.emplace(record.inode, id);
+  IdSet held;
   const auto hidden = std::erase_if(rows, [&](const SearchResult& row) {
-    auto known = removed_.extract(row.id());
-    if (!known || known.mapped() != row.record.path) return false;
-    held.insert(std::move(known));
-    return true;
+    if (const auto same = removed_.find(row.id());
+        same != removed_.end() && same->second.path == row.record.path) {
+      return held.insert(row.id()), true;
+    }
+    const auto other = idOfInode.find(row.record.inode);
+    if (other == idOfInode.end() || !isRenamed(removed_.at(other->second), row.record))
+      return false;
+    return held.insert(other->second), true;
   });
-  if (!isWhole) held.merge(removed_);
-  removed_ = std::move(held);
+  if (isWhole) std::erase_if(removed_, [&](const auto& row) { return !held.contains(row.first); });
   return static_cast<std::int64_t>(hidden);
 }
 
@@ -427,7 +432,7 @@ void SearchViewModel::removeResults(const IdSet& ids) {
   Update update(*this);
   const auto removed = std::erase_if(results_, [&](const SearchResult& result) {
     if (!ids.contains(result.id())) return false;
-    removed_.insert_or_assign(result.id(), result.record.path);
+    removed_.insert_or_assign(result.id(), result.record);
     return true;
   });
   if (removed > 0) update.resultsDid(ResultsChange::removed);

@@ -500,6 +500,25 @@ TEST_F(SearchViewModelTest, TheListFollowsTheIndexQuietly) {
   EXPECT_THAT(model_->selectedIDs(), ElementsAre(399));
 }
 
+TEST_F(SearchViewModelTest, WhatWasTrashedDoesNotComeBackFromTheTrash) {
+  source_.matches = 10;
+  search("report");
+  model_->removeResults({3});
+  auto trashed = test::FakeSearchSource::row(100, "/trash/");
+  trashed.record.inode = test::FakeSearchSource::row(3).record.inode;
+  source_.replaced = {{3, trashed}};
+  for (int i = 0; i < 2; ++i) {
+    refresh();
+    EXPECT_EQ(model_->results().size(), 9U);
+    EXPECT_EQ(model_->resultCount(), 9);
+  }
+  source_.replaced.clear();  // the user has brought it back
+  source_.replaced[3] = test::FakeSearchSource::row(3);
+  source_.replaced[3].record.id = 101;
+  refresh();
+  EXPECT_EQ(model_->results().size(), 10U);
+}
+
 TEST_F(SearchViewModelTest, AFileThatIsRenamedKeepsItsSelection) {
   source_.matches = 10;
   search("report");

@@ -48,9 +48,10 @@ void BookmarksList::contextMenuEvent(QContextMenuEvent* event) {
 
 /// The keyboard begins at a bookmark, not at the heading above it.
 void BookmarksList::focusInEvent(QFocusEvent* event) {
-  for (int row = 0; row < model_->rowCount() && !currentIndex().isValid(); ++row) {
-    if (model_->bookmarkAt(model_->index(row)) != nullptr) setCurrentIndex(model_->index(row));
-  }
+  const bool isTab =
+      event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  const bool hasBookmark = model_->bookmarkAt(currentIndex()) != nullptr;
+  if (isTab && !hasBookmark) setCurrentIndex(firstBookmark());
   QListView::focusInEvent(event);
 }
 
@@ -120,6 +121,26 @@ void BookmarksList::paintEvent(QPaintEvent* event) {
 bool BookmarksList::viewportEvent(QEvent* event) {
   if (event->type() == QEvent::Leave) delegate_->setHoveredButton({});
   return QListView::viewportEvent(event);
+}
+
+/// The keyboard stays in the section as long as there is a bookmark in it.
+void BookmarksList::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+  const int current = currentIndex().row();
+  if (current >= start && current <= end) {
+    const auto next = model_->index(end + 1);
+    setAutoScroll(false);
+    setCurrentIndex(model_->bookmarkAt(next) != nullptr ? next : model_->index(start - 1));
+    setAutoScroll(true);
+  }
+  QListView::rowsAboutToBeRemoved(parent, start, end);
+}
+
+QModelIndex BookmarksList::firstBookmark() const {
+  for (int row = 0; row < model_->rowCount(); ++row) {
+    const auto index = model_->index(row);
+    if (model_->bookmarkAt(index) != nullptr) return index;
+  }
+  return {};
 }
 
 bool BookmarksList::isAtButton(const QModelIndex& index, const QPoint& at) const {

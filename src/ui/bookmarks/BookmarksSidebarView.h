@@ -43,6 +43,7 @@ class BookmarksSidebarView final : public QWidget {
 
   BookmarkViewModel& bookmarks_;
   QWidget& panel_;
+  QWidget* header_;  // before the list also for the Tab key
   BookmarksList* list_;
   QPointer<Sheet> sheet_;
 };

@@ -113,6 +113,7 @@ void BookmarksList::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void BookmarksList::paintEvent(QPaintEvent* event) {
+  delegate_->setDragged(drag_->row());
   QListView::paintEvent(event);
   QPainter painter(viewport());
   drag_->paint(painter);
@@ -153,7 +154,6 @@ void BookmarksList::showPointer(const QPoint& at) {
   const auto index = indexAt(at);
   const bool isButton = isAtButton(index, at);
   delegate_->setHoveredButton(isButton ? index : QModelIndex());
-  delegate_->setDragged(drag_->row());
   auto shape = Qt::ArrowCursor;
   if (drag_->isUnderWay()) {
     shape = drag_->target() ? Qt::ClosedHandCursor : Qt::ForbiddenCursor;

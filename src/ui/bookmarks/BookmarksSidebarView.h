@@ -38,7 +38,7 @@ class BookmarksSidebarView final : public QWidget {
   QWidget* makeHeader();
   QWidget* makeFooter();
   void addCategory();
-  void openRenameSheet(const Uuid& category);
+  void openRenameSheet(const Uuid& id);
   void open(Sheet* sheet);
 
   BookmarkViewModel& bookmarks_;

@@ -21,7 +21,6 @@
 #include "bookmarks/BookmarkServices.h"
 #include "bookmarks/BookmarkViewModel.h"
 #include "platform/FileDefaultsStore.h"
-#include "platform/Priority.h"
 #include "platform/desktop/QtMainExecutor.h"
 #include "search/SearchEngine.h"
 #include "search/SearchServices.h"
@@ -87,7 +86,6 @@ class Panel {
   platform::QtMainExecutor main_;
   tasks::ThreadPool pool_{2};
   tasks::ThreadPool matchers_{tasks::processorCount()};
-  tasks::ThreadPool background_{1, platform::enterBackgroundPriority};
   tasks::SteadyClock clock_{pool_.executor()};
   platform::FileDefaultsStore defaults_{folder_ / "settings"};
   DatabaseManager database_;
@@ -97,7 +95,7 @@ class Panel {
       SearchServices{source_, clock_, defaults_, main_.executor(), pool_.executor()}};
   BookmarkPersistenceService bookmarkFiles_{folder_.path(), pool_.executor()};
   BookmarkViewModel bookmarks_{BookmarkServices{bookmarkFiles_, main_.executor()}};
-  app::DesktopServices desktop_{main_.executor(), background_.executor(), clock_};
+  app::DesktopServices desktop_{main_.executor(), clock_};
   ui::SearchView view_{
       {search_, bookmarks_, desktop_.files(), desktop_.clipboard(), &desktop_.icons()}};
 };

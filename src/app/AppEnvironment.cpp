@@ -7,10 +7,10 @@
 
 #include <QEventLoop>
 
-#include "app/RunOn.h"
 #include "bookmarks/BookmarkServices.h"
 #include "platform/Priority.h"
 #include "search/SearchServices.h"
+#include "tasks/RunOn.h"
 
 namespace zelnor::app {
 
@@ -46,7 +46,7 @@ AppEnvironment::AppEnvironment(Options options)
       bookmarkFiles_(options_.dataFolder, interactive_.executor()),
       bookmarkViewModel_(
           std::make_unique<BookmarkViewModel>(BookmarkServices{bookmarkFiles_, main_.executor()})),
-      desktop_(main_.executor(), background_.executor(), clock_),
+      desktop_(main_.executor(), clock_),
       tasks_(main_.executor()) {}
 
 AppEnvironment::~AppEnvironment() = default;
@@ -99,7 +99,7 @@ tasks::Async<void> AppEnvironment::maintain(std::stop_token stop) {
   indexer.status().update([entries](IndexStatus& status) { status.totalFiles = entries; });
 
   const auto load = [this] { return IndexConfiguration::load(defaults_, options_.homeFolder); };
-  auto config = co_await runOn(interactive_.executor(), load);
+  auto config = co_await tasks::runOn(interactive_.executor(), load);
   if (stop.stop_requested()) co_return;
   if (options_.roots.empty()) {
     co_await indexer.resume(std::move(config));

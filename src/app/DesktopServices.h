@@ -17,9 +17,7 @@ namespace zelnor::app {
 /// What the results need of the desktop. Main thread only.
 class DesktopServices {
  public:
-  /// Files' icons are looked up on `background`.
-  DesktopServices(const tasks::Executor& main, const tasks::Executor& background,
-                  tasks::Clock& clock);
+  DesktopServices(const tasks::Executor& main, tasks::Clock& clock);
 
   [[nodiscard]] FileOperationService& files() { return files_; }
   [[nodiscard]] platform::Clipboard& clipboard() { return clipboard_; }
@@ -29,10 +27,9 @@ class DesktopServices {
   void stop(std::function<void()> stopped);
 
  private:
-  /// One hangs in a program that does not answer, and the other still moves files.
-  static constexpr std::size_t kThreads = 2;
-
-  tasks::ThreadPool blocking_{kThreads};
+  // Of its own, because a program or a mount that does not answer must not hold up anything else.
+  tasks::ThreadPool blocking_;
+  tasks::ThreadPool iconLookUps_;
   platform::DesktopFileActions actions_;
   platform::DesktopFileOpener opener_;
   platform::DesktopActivationSource activation_;

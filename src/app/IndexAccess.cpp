@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include "app/RunOn.h"
 #include "platform/FileLock.h"
 #include "platform/UserFolders.h"
 #include "store/DatabaseManager.h"
 #include "store/IndexReader.h"
+#include "tasks/RunOn.h"
 #include "tasks/ThreadPool.h"
 
 namespace zelnor::app {
@@ -51,7 +51,7 @@ tasks::Async<void> IndexAccess::openToWriteIfFree() {
     auto lock = platform::FileLock::tryAcquire(lockPath());
     return lock ? std::make_unique<Writer>(std::move(*lock), surroundings_) : nullptr;
   };
-  writer_ = co_await runOn(interactive_, openIfFree);
+  writer_ = co_await tasks::runOn(interactive_, openIfFree);
 }
 
 tasks::Async<void> IndexAccess::openToSearchIfThere() {
@@ -61,7 +61,7 @@ tasks::Async<void> IndexAccess::openToSearchIfThere() {
     return std::make_unique<Searcher>(surroundings_.dataFolder, interactive_);
   };
   try {
-    searcher_ = co_await runOn(interactive_, openToSearch);
+    searcher_ = co_await tasks::runOn(interactive_, openToSearch);
   } catch (const DatabaseError&) {
     // Whoever writes the index either gets it into order or fails, and lets go of it.
     if (writer_) throw;
@@ -74,12 +74,12 @@ tasks::Async<void> IndexAccess::takeOver(std::stop_token stop) {
   const tasks::ThreadPool waiting(/*threads=*/1);
   const auto wait = [&] { return platform::FileLock::acquireWhenFree(lockPath(), stop); };
   const auto executor = waiting.executor();
-  auto lock = co_await runOn(executor, wait);
+  auto lock = co_await tasks::runOn(executor, wait);
   if (!lock || stop.stop_requested()) co_return;
   const auto openToWrite = [&] {
     return std::make_unique<Writer>(std::move(*lock), surroundings_);
   };
-  writer_ = co_await runOn(interactive_, openToWrite);
+  writer_ = co_await tasks::runOn(interactive_, openToWrite);
 }
 
 FileIndexActor* IndexAccess::indexer() { return writer_ ? &writer_->indexer : nullptr; }
@@ -98,7 +98,7 @@ tasks::Async<void> IndexAccess::close() {
     searcher_.reset();
     writer_.reset();
   };
-  co_await runOn(interactive_, close);
+  co_await tasks::runOn(interactive_, close);
 }
 
 }  // namespace zelnor::app

@@ -127,9 +127,11 @@ void ResultRows::keyPressEvent(QKeyEvent* event) {
   const auto text = event->text();
   if (!isCommand && !text.isEmpty() && text.front().isPrint() && text.front() != u' ') {
     Q_EMIT typed(text);
-    return;
+  } else if (event->key() == Qt::Key_Space) {
+    event->ignore();  // with nothing selected, it is for who shows the list to decide
+  } else {
+    QListView::keyPressEvent(event);
   }
-  QListView::keyPressEvent(event);
 }
 
 /// Does what the key does with the selected rows; held down, it does so once.
@@ -151,6 +153,7 @@ bool ResultRows::pressKey(const QKeyEvent& event) {
   if (modifiers != Qt::NoModifier) return false;
   switch (event.key()) {
     case Qt::Key_Space:
+      if (!shared_->selectedRow()) return false;
       if (!event.isAutoRepeat()) withSelected(&ResultRows::previewRequested);
       return true;
     case Qt::Key_Return:
@@ -246,12 +249,17 @@ void ResultRows::mouseMoveEvent(QMouseEvent* event) {
   pointer_ = event->position().toPoint();
   updateHover();
   if (!press_ || !event->buttons().testFlag(Qt::LeftButton)) return;
-  if ((*pointer_ - press_->at).manhattanLength() >= QApplication::startDragDistance()) drag();
+  if ((*pointer_ - press_->at).manhattanLength() >= QApplication::startDragDistance()) {
+    const auto id = press_->id;
+    press_.reset();
+    drag(id);
+  }
 }
 
 void ResultRows::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !press_) return;
-  const auto press = *std::exchange(press_, std::nullopt);
+  const Press press = *press_;
+  press_.reset();
   if (!press.isPending) return;
   if (const auto index = indexOf(press.id); index.isValid()) {
     select(RowSelection::Gesture::alone, index);
@@ -285,8 +293,8 @@ void ResultRows::openMenuAtCurrent() {
   Q_EMIT menuRequested(result, viewport()->mapToGlobal(visualRect(currentIndex()).center()));
 }
 
-void ResultRows::drag() {
-  const auto id = std::exchange(press_, std::nullopt)->id;
+/// Drags all that is selected, if the row is.
+void ResultRows::drag(std::int64_t id) {
   const auto* record = recordOf(indexOf(id));
   if (record == nullptr || !viewModel_.selectedIDs().contains(id)) return;
   const double ratio = devicePixelRatioF();

@@ -80,7 +80,7 @@ class ResultRows final : public QListView {
   void withSelected(void (ResultRows::*signal)(const SearchResult&));
   void withAllSelected(void (ResultRows::*signal)(const std::vector<SearchResult>&));
   void openMenuAtCurrent();
-  void drag();
+  void drag(std::int64_t id);
 
   [[nodiscard]] QModelIndex indexOf(std::int64_t id) const;
   [[nodiscard]] std::vector<QModelIndex> visibleRows() const;

@@ -3,12 +3,27 @@
 #include <algorithm>
 
 #include <QPainter>
+#include <QTextLayout>
+#include <QTextOption>
 
 namespace zelnor::ui {
 
 namespace {
 /// Letters are wider than that, but for accents, of which there may be any number.
 constexpr int kNarrowestLetter = 2;  // pixels
+/// Makes one line of the text; returns its width. Text is measured here once and not again when it
+/// is drawn, which is what takes the time.
+double lay(QTextLayout& layout) {
+  QTextOption option;
+  option.setTextDirection(Qt::LeftToRight);
+  option.setWrapMode(QTextOption::NoWrap);
+  layout.setTextOption(option);
+  layout.beginLayout();
+  const auto line = layout.createLine();
+  layout.endLayout();
+  return line.naturalTextWidth();
+}
+
 }  // namespace
 
 TextLine::TextLine(const QFont& font)
@@ -19,15 +34,17 @@ TextLine::TextLine(const QFont& font, const TextLine& other)
 
 void TextLine::paint(QPainter& painter, const QRect& box, const QString& text, const QColor& color,
                      Qt::AlignmentFlag side) const {
-  const auto shown =
-      metrics_.elidedText(withoutUnseenMiddle(text, box.width()), Qt::ElideMiddle, box.width());
-  const int free =
-      side == Qt::AlignRight ? std::max(box.width() - metrics_.horizontalAdvance(shown), 0) : 0;
+  const auto seen = withoutUnseenMiddle(text, box.width());
+  QTextLayout layout(seen, font_);
+  double width = lay(layout);
+  if (width > box.width()) {
+    layout.setText(metrics_.elidedText(seen, Qt::ElideMiddle, box.width()));
+    width = lay(layout);
+  }
+  const double free = side == Qt::AlignRight ? std::max(box.width() - width, 0.0) : 0;
   const int base = box.top() + (box.height() - height_) / 2 + ascent_;
-  painter.setFont(font_);
   painter.setPen(color);
-  painter.setLayoutDirection(Qt::LeftToRight);
-  painter.drawText(QPoint(box.left() + free, base), shown);
+  layout.draw(&painter, QPointF(box.left() + free, base - layout.lineAt(0).ascent()));
 }
 
 QString withoutUnseenMiddle(const QString& text, int width) {

@@ -98,7 +98,7 @@ void StatusBarView::setFacts(const StatusFacts& facts) {
   sort_->setVisible(facts.resultCount >= 1);
   if (searchBegins) patience_.start();
   if (!facts.isSearching) patience_.stop();
-  if (!patience_.isActive()) showText(statusText(facts));
+  if (!patience_.isActive() || facts.error) showText(statusText(facts));
 }
 
 void StatusBarView::setSort(SortField field, bool ascending) {

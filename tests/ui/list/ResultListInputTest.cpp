@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDrag>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
@@ -14,6 +15,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+const auto kUriList = QStringLiteral("text/uri-list");
 
 using ResultListInputTest = ListFixture;
 
@@ -149,12 +152,35 @@ TEST_F(ResultListInputTest, GivesBackWhatIsMeantForTheSearchField) {
   EXPECT_EQ(asked(), "");
 }
 
+TEST_F(ResultListInputTest, DragsAllThatIsSelected) {
+  showMatches(20);
+  const auto dragged = [this](int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::mousePress(rows_.viewport(), Qt::LeftButton, modifiers, place(row));
+    QMouseEvent move(QEvent::MouseMove, place(row) + QPoint(0, 60), QCursor::pos(), Qt::NoButton,
+                     Qt::LeftButton, modifiers);
+    QApplication::sendEvent(rows_.viewport(), &move);
+    QApplication::sendEvent(rows_.viewport(), &move);  // once is enough
+    QTest::mouseRelease(rows_.viewport(), Qt::LeftButton, modifiers, place(row));
+    const auto drags = rows_.findChildren<QDrag*>();
+    const auto files = drags.size() == 1 ? drags.front()->mimeData()->data(kUriList) : QByteArray();
+    qDeleteAll(drags);
+    return files.toStdString();
+  };
+  click(2);
+  click(4, Qt::ControlModifier);
+  EXPECT_EQ(dragged(4), "file:///folder/name2\r\nfile:///folder/name4\r\n");
+  EXPECT_THAT(model_.selectedIDs(), ElementsAre(2, 4));
+  EXPECT_EQ(dragged(3), "file:///folder/name3\r\n");
+  EXPECT_THAT(model_.selectedIDs(), ElementsAre(3));
+  EXPECT_EQ(dragged(3, Qt::ControlModifier), "");  // is not selected any more
+}
+
 TEST_F(ResultListInputTest, DragsFilesByTheirBytes) {
   std::vector<SearchResult> files{test::FakeSearchSource::row(1, "/a b/"),
                                   test::FakeSearchSource::row(2, "/\xFF\n%/")};
   const auto data = filesToDrop(files);
-  EXPECT_EQ(data->formats(), QStringList{QStringLiteral("text/uri-list")});
-  EXPECT_EQ(data->data(QStringLiteral("text/uri-list")).toStdString(),
+  EXPECT_EQ(data->formats(), QStringList{kUriList});
+  EXPECT_EQ(data->data(kUriList).toStdString(),
             "file:///a%20b/name1\r\nfile:///%FF%0A%25/name2\r\n");
 
   QPixmap icon(28, 28);

@@ -102,6 +102,10 @@ TEST_F(ResultListTest, StaysWhereTheUserIsWhenRowsAreTakenAway) {
   view_.enter();
   for (int i = 0; i < 30; ++i) press(Qt::Key_Down);
   const auto scrolled = rows_.verticalScrollBar()->value();
+  model_.removeResults({3});
+  settle();
+  EXPECT_EQ(rows_.currentIndex().data().toString(), QStringLiteral("name30"));
+  EXPECT_EQ(selectedRows().size(), 1);
   model_.removeResults({30});
   settle();
   EXPECT_EQ(rows_.verticalScrollBar()->value(), scrolled);

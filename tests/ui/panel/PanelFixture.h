@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <QAbstractButton>
 #include <QLineEdit>
 #include <QTest>
 

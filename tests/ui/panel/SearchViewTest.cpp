@@ -12,7 +12,6 @@
 #include "ui/panel/EmptyStateView.h"
 #include "ui/panel/FilterPanelView.h"
 #include "ui/panel/NoResultsView.h"
-#include "ui/panel/ProgressSheet.h"
 #include "ui/panel/StatusBarView.h"
 
 namespace zelnor::ui {
@@ -29,6 +28,14 @@ class SearchViewTest : public PanelFixture {
       if (label->isVisible() && !label->text().isEmpty()) texts << label->text();
     }
     return texts;
+  }
+  /// The sheet of this kind that is open.
+  template <class Sheet>
+  [[nodiscard]] Sheet* open() const {
+    for (auto* sheet : view_->findChildren<Sheet*>()) {
+      if (sheet->isVisible()) return sheet;
+    }
+    return nullptr;
   }
   [[nodiscard]] QString status() const { return texts(*find<StatusBarView>()).join(u'|'); }
 
@@ -59,7 +66,10 @@ TEST_F(SearchViewTest, ShowsThePageThatFitsTheSearch) {
   EXPECT_TRUE(field_->hasFocus());
   click(u"图片");  // a filter alone is a search
   waitForSearch();
-  EXPECT_TRUE(rows_->isVisible());
+  EXPECT_TRUE(rows_->isVisible()) << empty_->isVisible() << noResults_->isVisible()
+                                  << model_.results().size() << model_.isSearching()
+                                  << source_.searches.size() << " "
+                                  << rows_->parentWidget()->isVisible();
   EXPECT_EQ(model_.filter().category, FileTypeCategory::image);
 }
 
@@ -198,10 +208,9 @@ TEST_F(SearchViewTest, FiltersAreChosenCountedAndReset) {
 
 TEST_F(SearchViewTest, SavesTheSearchAsABookmark) {
   press(Qt::Key_D, Qt::ControlModifier);  // nothing to save yet
-  ASSERT_NE(find<AddBookmarkSheet>(), nullptr);
+  ASSERT_NE(open<AddBookmarkSheet>(), nullptr);
   press(Qt::Key_Escape);
-  settle();
-  EXPECT_TRUE(view_->isVisible());
+  EXPECT_EQ(open<AddBookmarkSheet>(), nullptr);
   type(QStringLiteral("invoice"));
   press(Qt::Key_D, Qt::ControlModifier);
   press(Qt::Key_Return, Qt::ControlModifier);
@@ -217,7 +226,7 @@ TEST_F(SearchViewTest, TrashesWhatWasConfirmedAndTellsWhatFailed) {
   rows_->setFocus();
   model_.setSelectedIDs({1, 3});
   press(Qt::Key_Backspace);
-  ASSERT_NE(find<Alert>(), nullptr);
+  ASSERT_NE(open<Alert>(), nullptr);
   press(Qt::Key_Escape);
   settle();
   EXPECT_THAT(desktop_.log, IsEmpty());
@@ -225,9 +234,9 @@ TEST_F(SearchViewTest, TrashesWhatWasConfirmedAndTellsWhatFailed) {
   press(Qt::Key_Delete);
   click(u"移到废纸篓");
   settle();
-  ASSERT_NE(find<Alert>(), nullptr);
+  ASSERT_NE(open<Alert>(), nullptr);
   EXPECT_THAT(desktop_.log, ElementsAre("trash /folder/name1"));
-  EXPECT_TRUE(texts(*find<Alert>()).contains(QStringLiteral("<b>权限不够</b>")));
+  EXPECT_TRUE(texts(*open<Alert>()).contains(QStringLiteral("<b>权限不够</b>")));
   press(Qt::Key_Return);
   settle();
   EXPECT_EQ(model_.results().size(), 5U);
@@ -248,6 +257,7 @@ TEST_F(SearchViewTest, TellsWhatGoesOn) {
   EXPECT_EQ(status(), QStringLiteral(u"共找到 7 个结果"));
   EXPECT_NE(button(u"排序：匹配度 ↑"), nullptr);
   model_.updateSort(SortField::date);
+  settle();
   EXPECT_NE(button(u"排序：修改日期 ↑"), nullptr);
   view_->setFailure(QStringLiteral(u"坏了"));
   EXPECT_EQ(status(), QStringLiteral(u"坏了"));

@@ -48,9 +48,10 @@ void BookmarksList::contextMenuEvent(QContextMenuEvent* event) {
 
 /// The keyboard begins at a bookmark, not at the heading above it.
 void BookmarksList::focusInEvent(QFocusEvent* event) {
-  for (int row = 0; row < model_->rowCount() && !currentIndex().isValid(); ++row) {
-    if (model_->bookmarkAt(model_->index(row)) != nullptr) setCurrentIndex(model_->index(row));
-  }
+  const bool isTab =
+      event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  const bool hasBookmark = model_->bookmarkAt(currentIndex()) != nullptr;
+  if (isTab && !hasBookmark) setCurrentIndex(firstBookmark());
   QListView::focusInEvent(event);
 }
 
@@ -112,6 +113,7 @@ void BookmarksList::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void BookmarksList::paintEvent(QPaintEvent* event) {
+  delegate_->setDragged(drag_->row());
   QListView::paintEvent(event);
   QPainter painter(viewport());
   drag_->paint(painter);
@@ -120,6 +122,26 @@ void BookmarksList::paintEvent(QPaintEvent* event) {
 bool BookmarksList::viewportEvent(QEvent* event) {
   if (event->type() == QEvent::Leave) delegate_->setHoveredButton({});
   return QListView::viewportEvent(event);
+}
+
+/// The keyboard stays in the section as long as there is a bookmark in it.
+void BookmarksList::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+  const int current = currentIndex().row();
+  if (current >= start && current <= end) {
+    const auto next = model_->index(end + 1);
+    setAutoScroll(false);
+    setCurrentIndex(model_->bookmarkAt(next) != nullptr ? next : model_->index(start - 1));
+    setAutoScroll(true);
+  }
+  QListView::rowsAboutToBeRemoved(parent, start, end);
+}
+
+QModelIndex BookmarksList::firstBookmark() const {
+  for (int row = 0; row < model_->rowCount(); ++row) {
+    const auto index = model_->index(row);
+    if (model_->bookmarkAt(index) != nullptr) return index;
+  }
+  return {};
 }
 
 bool BookmarksList::isAtButton(const QModelIndex& index, const QPoint& at) const {
@@ -132,7 +154,6 @@ void BookmarksList::showPointer(const QPoint& at) {
   const auto index = indexAt(at);
   const bool isButton = isAtButton(index, at);
   delegate_->setHoveredButton(isButton ? index : QModelIndex());
-  delegate_->setDragged(drag_->row());
   auto shape = Qt::ArrowCursor;
   if (drag_->isUnderWay()) {
     shape = drag_->target() ? Qt::ClosedHandCursor : Qt::ForbiddenCursor;

@@ -41,9 +41,11 @@ class BookmarksList final : public QListView {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
   bool viewportEvent(QEvent* event) override;
 
  private:
+  [[nodiscard]] QModelIndex firstBookmark() const;
   [[nodiscard]] bool isAtButton(const QModelIndex& index, const QPoint& at) const;
   void showPointer(const QPoint& at);
   void choose(const QModelIndex& index);

@@ -61,6 +61,7 @@ BookmarksSidebarView::BookmarksSidebarView(BookmarkViewModel& bookmarks, QWidget
     : QWidget(parent),
       bookmarks_(bookmarks),
       panel_(panel),
+      header_(makeHeader()),
       list_(new BookmarksList(bookmarks, this)) {
   setAccessibleName(QStringLiteral(u"书签"));
   setAutoFillBackground(true);
@@ -69,7 +70,7 @@ BookmarksSidebarView::BookmarksSidebarView(BookmarkViewModel& bookmarks, QWidget
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
-  column->addWidget(makeHeader());
+  column->addWidget(header_);
   column->addWidget(makeSeparator(Qt::Horizontal, this));
   column->addWidget(list_, /*stretch=*/1);
   column->addWidget(makeSeparator(Qt::Horizontal, this));

@@ -38,11 +38,12 @@ class BookmarksSidebarView final : public QWidget {
   QWidget* makeHeader();
   QWidget* makeFooter();
   void addCategory();
-  void openRenameSheet(const Uuid& category);
+  void openRenameSheet(const Uuid& id);
   void open(Sheet* sheet);
 
   BookmarkViewModel& bookmarks_;
   QWidget& panel_;
+  QWidget* header_;  // before the list also for the Tab key
   BookmarksList* list_;
   QPointer<Sheet> sheet_;
 };

@@ -375,18 +375,23 @@ void SearchViewModel::show(Update& update, FirstPage page, ResultsChange change)
 std::int64_t SearchViewModel::leaveOutRemoved(Results& rows, bool isWhole) {
   if (removed_.empty()) return 0;
   std::unordered_map<std::int64_t, std::int64_t> idOfInode;
-  for (const auto& [id, record] : removed_) idOfInode.emplace(record.inode, id);
+  for (const auto& [id, row] : removed_) idOfInode.emplace(row.record.inode, id);
   IdSet held;
-  const auto hidden = std::erase_if(rows, [&](const SearchResult& row) {
-    if (const auto same = removed_.find(row.id());
-        same != removed_.end() && same->second.path == row.record.path) {
-      return held.insert(row.id()), true;
+  const auto isHidden = [&](const SearchResult& row) {
+    auto known = removed_.find(row.id());
+    if (known == removed_.end()) {
+      const auto inode = idOfInode.find(row.record.inode);
+      if (inode != idOfInode.end()) known = removed_.find(inode->second);
     }
-    const auto other = idOfInode.find(row.record.inode);
-    if (other == idOfInode.end() || !isRenamed(removed_.at(other->second), row.record))
-      return false;
-    return held.insert(other->second), true;
-  });
+    if (known == removed_.end()) return false;
+    auto& [id, removed] = *known;
+    const bool isInPlace = removed.record.path == row.record.path;
+    if (isInPlace ? removed.wasElsewhere : !isRenamed(removed.record, row.record)) return false;
+    removed.wasElsewhere = !isInPlace;
+    held.insert(id);
+    return true;
+  };
+  const auto hidden = std::erase_if(rows, isHidden);
   if (isWhole) std::erase_if(removed_, [&](const auto& row) { return !held.contains(row.first); });
   return static_cast<std::int64_t>(hidden);
 }
@@ -432,7 +437,7 @@ void SearchViewModel::removeResults(const IdSet& ids) {
   Update update(*this);
   const auto removed = std::erase_if(results_, [&](const SearchResult& result) {
     if (!ids.contains(result.id())) return false;
-    removed_.insert_or_assign(result.id(), result.record);
+    removed_.insert_or_assign(result.id(), RemovedRow{result.record});
     return true;
   });
   if (removed > 0) update.resultsDid(ResultsChange::removed);

@@ -91,7 +91,8 @@ class SearchViewModel final : public QObject {
   /// at once.
   void updateSort(SortField field);
   /// Forgets rows, for instance of files that were moved to the trash. Until the next search they
-  /// do not come back, also while the index still holds them where they were, or where the trash is.
+  /// do not come back, also while the index still holds them where they were, or where the trash
+  /// is.
   void removeResults(const IdSet& ids);
 
   /// The index may hold other rows now: brings the list up to date after `kRefreshPause`, without
@@ -128,6 +129,11 @@ class SearchViewModel final : public QObject {
     bool isIncomplete = false;
   };
 
+  struct RemovedRow {
+    FileRecord record;
+    bool wasElsewhere = false;  ///< in the trash: if it is back in its place, somebody wanted that
+  };
+
   void clearResults();
   void searchSucceeded(FirstPage page, const std::string& text);
   void searchFailed(const std::string& description);
@@ -154,7 +160,7 @@ class SearchViewModel final : public QObject {
   std::int64_t matches_ = 0;        ///< as the source counts them, removed rows included
   std::int64_t currentOffset_ = 0;  ///< in what the source has, removed rows included
   /// The rows that were removed from this list, by their ids.
-  std::unordered_map<std::int64_t, FileRecord> removed_;
+  std::unordered_map<std::int64_t, RemovedRow> removed_;
   std::optional<SearchQuery> lastQuery_;  ///< the query of the list, if it has one
   std::unique_ptr<Tasks> tasks_;
 };

@@ -10,10 +10,10 @@
 namespace zelnor::bench {
 namespace {
 
-/// A list paints on its viewport.
+/// Both paint on viewports.
 bool showsResults(const QObject* receiver) {
   return qobject_cast<const ui::ResultRows*>(receiver->parent()) != nullptr ||
-         qobject_cast<const ui::NoResultsView*>(receiver) != nullptr;
+         qobject_cast<const ui::NoResultsView*>(receiver->parent()) != nullptr;
 }
 
 }  // namespace

@@ -172,6 +172,7 @@ void measureMemory(Panel& panel, Figures& figures) {
     handleEventsFor(std::chrono::milliseconds(1));
     if (i + 1 == kFirstSearches) early = ownAnonymousBytes();
   }
+  panel.model().setQueryText({});
   handleEventsFor(kSettling);
   const auto grown = static_cast<double>(ownAnonymousBytes() - early);
   figures.push_back({.name = "memory after 1,000 searches, above that after 10",

@@ -8,8 +8,8 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QHoverEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
 #include <QTimer>
@@ -165,8 +165,10 @@ class Camera {
 using Scene = std::pair<std::string, std::function<void(Stage&)>>;
 
 void hover(QWidget& widget, const QPoint& at) {
-  QHoverEvent event(QEvent::HoverMove, at, /*globalPos=*/widget.mapToGlobal(at), QPointF(-1, -1));
+  QMouseEvent event(QEvent::MouseMove, at, widget.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                    Qt::NoModifier);
   QApplication::sendEvent(&widget, &event);
+  handleEvents();
 }
 
 void select(Stage& stage, const SearchViewModel::IdSet& ids) {

@@ -36,9 +36,7 @@ constexpr std::array kEntries{
           999, kNovember - 90 * kDay},
     Entry{"/home/user/国际/تقرير الربع الثالث.pdf", 77'000, kNovember - 100 * kDay},
     Entry{"/home/user/国际/Z̷̢a̸̡l̵̨g̶o̴ - é combining.txt", 4, kNovember - 101 * kDay},
-    Entry{"/home/user/奇怪/gpj.\u202Eexe 换\n行 <b>标记<\x2F"
-          "b> & 符号",
-          4, kNovember - 102 * kDay},
+    Entry{"/home/user/奇怪/gpj.\u202Eexe 换\n行 <b>标记 & 符号", 4, kNovember - 102 * kDay},
     Entry{"/无主", 0, 0},
 };
 

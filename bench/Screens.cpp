@@ -86,11 +86,6 @@ class Stage {
     waitFor([this] { return !search_.isSearching(); });
     handleEvents();
   }
-  void press(QWidget& widget, Qt::Key key) {
-    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-    QApplication::sendEvent(&widget, &event);
-    handleEvents();
-  }
   void fillBookmarks() {
     bookmarks_.addCategory("工作");
     const auto work = bookmarks_.categories().back().id;
@@ -171,6 +166,12 @@ void hover(QWidget& widget, const QPoint& at) {
   handleEvents();
 }
 
+void press(QWidget& widget, Qt::Key key) {
+  QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+  QApplication::sendEvent(&widget, &event);
+  handleEvents();
+}
+
 void select(Stage& stage, const SearchViewModel::IdSet& ids) {
   stage.search("报告");
   stage.searching().setSelectedIDs(ids);
@@ -187,7 +188,7 @@ void openContextMenu(Stage& stage) {
 
 void trash(Stage& stage, const SearchViewModel::IdSet& ids) {
   select(stage, ids);
-  stage.press(stage.rows(), Qt::Key_Backspace);
+  press(stage.rows(), Qt::Key_Backspace);
 }
 
 void failToTrash(Stage& stage) {

@@ -107,10 +107,10 @@ int main(int argc, char** argv) {
   zelnor::bench::Options options;
   CLI::App program("Measures and draws the search panel.", "zelnor-bench");
   program.require_subcommand(1);
-  int nameAlone = 1;  // the rest is not for Qt
-  zelnor::bench::addTyping(program, options, nameAlone, argv);
-  zelnor::bench::addPanel(program, options, nameAlone, argv);
-  zelnor::bench::addScreens(program, options, nameAlone, argv);
+  constexpr int kNameAlone = 1;  // the rest is not for Qt
+  zelnor::bench::addTyping(program, options, kNameAlone, argv);
+  zelnor::bench::addPanel(program, options, kNameAlone, argv);
+  zelnor::bench::addScreens(program, options, kNameAlone, argv);
   try {
     program.parse(argc, argv);
     return EXIT_SUCCESS;

@@ -11,7 +11,9 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-void initSymbols() { Q_INIT_RESOURCE(symbols); }  // a static library's resources wait to be asked
+static void initSymbols() {
+  Q_INIT_RESOURCE(symbols);
+}  // a static library's resources wait to be asked
 
 namespace zelnor::ui {
 

@@ -50,6 +50,7 @@ TEST(DesktopFileAppearances, LooksAtNamesAndTypesAndOpensNothing) {
   };
   EXPECT_THAT(names(privateHome().file("report.pdf", "x")), Contains("application-pdf"));
   EXPECT_THAT(names(privateHome().file("new\nline\xff.png", "x")), Contains("image-x-generic"));
+  EXPECT_THAT(names(privateHome().file("empty.pdf", "")), Contains("application-pdf"));
   EXPECT_THAT(names(privateHome().file("nothing", "x")), Contains("text-x-generic"));
   EXPECT_THAT(names(privateHome().folder("folder"), /*isFolder=*/true), Contains("folder"));
   EXPECT_THAT(names(privateHome().path(), /*isFolder=*/true), Contains("user-home"));

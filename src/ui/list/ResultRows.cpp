@@ -66,13 +66,14 @@ void ResultRows::connectChanges() {
 
 void ResultRows::enter() {
   setFocus();
-  if (currentIndex().isValid()) return;
   if (const auto row = shared_->selectedRow()) {
+    if (currentIndex().isValid()) return;
     const auto index = model()->index(static_cast<int>(*row), 0);
     shared_->moveTo(index);
     scrollTo(index);
   } else if (model()->rowCount() > 0) {
-    select(RowSelection::Gesture::alone, model()->index(0, 0));
+    const auto index = currentIndex().isValid() ? currentIndex() : model()->index(0, 0);
+    select(RowSelection::Gesture::alone, index);
   }
 }
 

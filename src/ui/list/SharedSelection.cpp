@@ -64,6 +64,10 @@ void SharedSelection::findCurrent() {
                         [](const SearchResult& row) -> const auto& { return row.record.path; });
   if (found == rows.end()) found = std::ranges::find(rows, current_->id(), &SearchResult::id);
   if (found == rows.end()) {
+    found = std::ranges::find_if(
+        rows, [this](const SearchResult& row) { return isRenamed(current_->record, row.record); });
+  }
+  if (found == rows.end()) {
     remember(list_.currentIndex());
     return;
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,6 +32,7 @@ class RecordingDesktop final : public platform::FileActions,
                                public platform::Clipboard {
  public:
   std::vector<std::string> log;
+  std::function<void()> meanwhile = [] {};  ///< what happens while it does that
   std::string refusal;  ///< what it says to trashing and renaming; empty: it does it
 
   void trash(const std::string& path) override { act("trash " + path); }
@@ -52,6 +54,7 @@ class RecordingDesktop final : public platform::FileActions,
  private:
   void act(const std::string& what) {
     log.push_back(what);
+    meanwhile();
     if (!refusal.empty()) throw platform::FileError(refusal);
   }
 };
@@ -62,8 +65,7 @@ class PanelFixture : public SearchFixture {
   PanelFixture() {
     applyStyle(*qApp, Style::Motion::still);
     main_.runUntil([this] { return !bookmarks_.categories().empty(); });
-    view_ = std::make_unique<SearchView>(
-        SearchPanelServices{model_, bookmarks_, files_, desktop_});
+    view_ = std::make_unique<SearchView>(SearchPanelServices{model_, bookmarks_, files_, desktop_});
     view_->show();
     view_->activateWindow();
     settle();

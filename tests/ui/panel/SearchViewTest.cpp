@@ -1,8 +1,12 @@
+#include <set>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QInputMethodEvent>
 #include <QLabel>
+#include <QRadioButton>
 
 #include "tests/ui/panel/PanelFixture.h"
 #include "ui/Alert.h"
@@ -12,6 +16,7 @@
 #include "ui/panel/EmptyStateView.h"
 #include "ui/panel/FilterPanelView.h"
 #include "ui/panel/NoResultsView.h"
+#include "ui/panel/ProgressSheet.h"
 #include "ui/panel/StatusBarView.h"
 
 namespace zelnor::ui {
@@ -244,6 +249,25 @@ TEST_F(SearchViewTest, TrashesWhatWasConfirmedAndTellsWhatFailed) {
   EXPECT_TRUE(rows_->hasFocus());
 }
 
+TEST_F(SearchViewTest, ShowsALongWayToTheTrashAndEndsItBetweenFiles) {
+  source_.matches = 9;
+  type(QStringLiteral("name"));
+  bool isShown = false;
+  desktop_.meanwhile = [&] {
+    if (desktop_.log.size() == 2) clock_.advance(FileOperationService::kLong);
+    if (desktop_.log.size() == 6) {
+      isShown = open<ProgressSheet>() != nullptr;
+      click(u"取消");
+    }
+  };
+  files_.moveToTrash(model_.results());
+  settle();
+  EXPECT_TRUE(isShown);
+  EXPECT_EQ(open<ProgressSheet>(), nullptr);
+  EXPECT_EQ(desktop_.log.size(), 6U);
+  EXPECT_EQ(model_.results().size(), 3U);
+}
+
 TEST_F(SearchViewTest, TellsWhatGoesOn) {
   source_.matches = 7;
   source_.isIncomplete = true;
@@ -258,6 +282,42 @@ TEST_F(SearchViewTest, TellsWhatGoesOn) {
   EXPECT_NE(button(u"排序：修改日期 ↑"), nullptr);
   view_->setFailure(QStringLiteral(u"坏了"));
   EXPECT_EQ(status(), QStringLiteral(u"坏了"));
+}
+
+TEST_F(SearchViewTest, CanBeUsedByKeyboardAndReadAloud) {
+  source_.matches = 5;
+  type(QStringLiteral("name"));
+  view_->setShowsFilters(true);
+  view_->setShowsBookmarks(true);
+  std::set<const QWidget*> visited;
+  constexpr int kMoreThanThereAre = 60;
+  for (int i = 0; i < kMoreThanThereAre; ++i) {
+    visited.insert(QApplication::focusWidget());
+    press(Qt::Key_Tab);
+  }
+  EXPECT_TRUE(visited.contains(field_));
+  EXPECT_TRUE(visited.contains(rows_));
+  for (const auto* control : view_->findChildren<QAbstractButton*>()) {
+    if (!control->isVisible()) continue;
+    auto* spoken = QAccessible::queryAccessibleInterface(const_cast<QAbstractButton*>(control));
+    const auto name = spoken->text(QAccessible::Name).toStdString();
+    EXPECT_NE(name, "");
+    const bool isChoice = qobject_cast<const QRadioButton*>(control) != nullptr;
+    EXPECT_EQ(spoken->role(), isChoice ? QAccessible::RadioButton : QAccessible::PushButton);
+    // Arrow keys go from choice to choice.
+    if (!isChoice || control->isChecked()) {
+      EXPECT_TRUE(visited.contains(control)) << name;
+    }
+  }
+  press(Qt::Key_D, Qt::ControlModifier);
+  auto* sheet = QAccessible::queryAccessibleInterface(open<AddBookmarkSheet>());
+  EXPECT_EQ(sheet->role(), QAccessible::Dialog);
+  EXPECT_TRUE(sheet->state().modal);
+  EXPECT_EQ(sheet->text(QAccessible::Name), QStringLiteral(u"保存书签"));
+  for (int i = 0; i < kMoreThanThereAre; ++i) {
+    press(Qt::Key_Tab);
+    ASSERT_TRUE(open<AddBookmarkSheet>()->isAncestorOf(QApplication::focusWidget()));
+  }
 }
 
 }  // namespace

@@ -97,6 +97,20 @@ QLabel* makeHeader(const QString& title, QWidget* parent) {
   return header;
 }
 
+void addHint(QVBoxLayout& page) {
+  page.addSpacing(kHintTop);
+  page.addWidget(makeHeroSymbol(QLatin1String("magnifyingglass.ultralight"), nullptr), 0,
+                 Qt::AlignHCenter);
+  page.addSpacing(kHintSpacing);
+  page.addWidget(makeText(QStringLiteral(u"输入关键词搜索文件"), type::kQuery,
+                          palette::kSecondaryText, nullptr),
+                 0, Qt::AlignHCenter);
+  page.addSpacing(kHintSpacing / 2);
+  page.addWidget(makeText(QStringLiteral(u"支持文件名、通配符（* ?）、正则（r:...）"), type::kLabel,
+                          palette::kFaintText, nullptr),
+                 0, Qt::AlignHCenter);
+}
+
 }  // namespace
 
 EmptyStateView::EmptyStateView(QWidget* parent) : QScrollArea(parent) {
@@ -157,20 +171,6 @@ void EmptyStateView::addBookmarks(QVBoxLayout& page) {
             [this, bookmark] { Q_EMIT bookmarkChosen(bookmark); });
   }
   page.addLayout(chips);
-}
-
-void EmptyStateView::addHint(QVBoxLayout& page) {
-  page.addSpacing(kHintTop);
-  page.addWidget(makeHeroSymbol(QLatin1String("magnifyingglass.ultralight"), nullptr), 0,
-                 Qt::AlignHCenter);
-  page.addSpacing(kHintSpacing);
-  page.addWidget(makeText(QStringLiteral(u"输入关键词搜索文件"), type::kQuery,
-                          palette::kSecondaryText, nullptr),
-                 0, Qt::AlignHCenter);
-  page.addSpacing(kHintSpacing / 2);
-  page.addWidget(makeText(QStringLiteral(u"支持文件名、通配符（* ?）、正则（r:...）"), type::kLabel,
-                          palette::kFaintText, nullptr),
-                 0, Qt::AlignHCenter);
 }
 
 void EmptyStateView::enter() {

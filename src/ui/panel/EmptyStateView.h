@@ -44,7 +44,6 @@ class EmptyStateView final : public QScrollArea {
   bool goFrom(PlainButton& entry, int key);
   void addRecents(QVBoxLayout& page);
   void addBookmarks(QVBoxLayout& page);
-  void addHint(QVBoxLayout& page);
 
   std::vector<std::string> recents_;
   std::vector<SearchBookmark> bookmarks_;

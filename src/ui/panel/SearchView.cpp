@@ -36,6 +36,7 @@ std::optional<QString> unlessEmpty(const QString& text) {
 
 std::vector<std::string> pathsOf(const std::vector<SearchResult>& results) {
   std::vector<std::string> paths;
+  paths.reserve(results.size());
   for (const auto& result : results) paths.push_back(result.record.path);
   return paths;
 }

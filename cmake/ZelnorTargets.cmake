@@ -53,13 +53,18 @@ function(zelnor_program name)
   set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_QT} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endfunction()
 
-# zelnor_tests(<folder> SOURCES … DEPENDS …): the test program of one folder, on the libraries that ship.
+# zelnor_tests(<folder> [FOREIGN_THREADS] SOURCES … DEPENDS …): the test program of one folder, on the libraries that ship.
+# FOREIGN_THREADS: libraries from outside run threads of their own in it.
 function(zelnor_tests folder)
-  cmake_parse_arguments(ARG "QT" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "QT;FOREIGN_THREADS" "" "SOURCES;DEPENDS" ${ARGN})
   set(program test_${folder})
   add_executable(${program} ${ARG_SOURCES})
   target_include_directories(${program} PRIVATE ${CMAKE_SOURCE_DIR})
   target_link_libraries(${program} PRIVATE zelnor_options ${ARG_DEPENDS} zelnor_test_support GTest::gtest_main GTest::gmock)
   set_target_properties(${program} PROPERTIES AUTOMOC ${ARG_QT})
-  gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+  set(environment "")
+  if(ARG_FOREIGN_THREADS)
+    set(environment ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan-suppressions.txt")
+  endif()
+  gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 ${environment})
 endfunction()

@@ -11,6 +11,7 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
+// NOLINTNEXTLINE(misc-use-anonymous-namespace): Q_INIT_RESOURCE works in no namespace
 static void initSymbols() {
   Q_INIT_RESOURCE(symbols);
 }  // a static library's resources wait to be asked

@@ -4,7 +4,8 @@
 
 namespace zelnor::platform {
 
-/// Trash by GIO (the freedesktop.org trash specification), renaming by the kernel.
+/// Trash by GIO, so that every file manager can bring back what was put there; renaming by the
+/// kernel, which alone can promise to replace nothing.
 class DesktopFileActions final : public FileActions {
  public:
   void trash(const std::string& path) override;

@@ -10,8 +10,8 @@
 
 namespace zelnor::platform {
 
-/// Where a theme's icons are, by the freedesktop.org icon theme specification 0.13: in the theme,
-/// in those it inherits from, in "hicolor", and beside all themes. The disk is read when the first
+/// Where a theme's icons are, in the order in which every desktop looks: in the theme, in those it
+/// inherits from, in "hicolor", and beside all themes. The disk is read when the first
 /// icon is looked for.
 class IconTheme final : public IconFinder {
  public:

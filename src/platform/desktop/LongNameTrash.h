@@ -8,8 +8,8 @@ namespace zelnor::platform {
 /// added to them, which GIO refuses: the trash keeps a file named after each.
 ///
 /// To be called after GIO has tried, because GIO has made the trash folder then and seen to it that
-/// the file system may have one. Follows the freedesktop.org trash specification 1.0; restoring
-/// gives the whole name back. Answers false, and nothing has happened, if it cannot.
+/// the file system may have one. The note beside the file is as file managers write it, with the
+/// whole name, which restoring gives back. Answers false, and nothing has happened, if it cannot.
 bool trashUnderShorterName(const std::string& path);
 
 }  // namespace zelnor::platform

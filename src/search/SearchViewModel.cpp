@@ -324,7 +324,7 @@ void SearchViewModel::loadMore() {
 void SearchViewModel::pageArrived(std::vector<SearchResult> page) {
   Update update(*this);
   currentOffset_ += sizeOf(page);
-  if (const auto hidden = leaveOutRemoved(page, /*isWhole=*/false); hidden > 0) {
+  if (const auto hidden = removed_.leaveOut(page, /*isWhole=*/false); hidden > 0) {
     update.set(totalCount_, totalCount_ - hidden, &SearchViewModel::totalCountChanged);
     update.set(resultCount_, resultCount_ - hidden, &SearchViewModel::resultCountChanged);
   }
@@ -354,7 +354,7 @@ void SearchViewModel::show(Update& update, FirstPage page, ResultsChange change)
   matches_ = page.count;
   currentOffset_ = sizeOf(page.results);
   const bool isWhole = currentOffset_ >= matches_ && !page.isIncomplete;
-  const auto visible = matches_ - leaveOutRemoved(page.results, isWhole);
+  const auto visible = matches_ - removed_.leaveOut(page.results, isWhole);
   // All of each row is compared: one that was moved keeps its id.
   if (change != ResultsChange::refreshed || page.results != results_) {
     if (change == ResultsChange::refreshed)
@@ -367,33 +367,6 @@ void SearchViewModel::show(Update& update, FirstPage page, ResultsChange change)
   update.set(resultCount_, visible, &SearchViewModel::resultCountChanged);
   update.set(isIncomplete_, page.isIncomplete, &SearchViewModel::isIncompleteChanged);
   update.set(hasMore_, currentOffset_ < matches_, &SearchViewModel::hasMoreChanged);
-}
-
-/// Takes out of `rows`, which just came, those that were removed, as the index still holds them or
-/// in the trash they were moved to; answers how many. If `isWhole`, no others will come, and the
-/// index has dropped what is not among them.
-std::int64_t SearchViewModel::leaveOutRemoved(Results& rows, bool isWhole) {
-  if (removed_.empty()) return 0;
-  std::unordered_map<std::int64_t, std::int64_t> idOfInode;
-  for (const auto& [id, row] : removed_) idOfInode.emplace(row.record.inode, id);
-  IdSet held;
-  const auto isHidden = [&](const SearchResult& row) {
-    auto known = removed_.find(row.id());
-    if (known == removed_.end()) {
-      const auto inode = idOfInode.find(row.record.inode);
-      if (inode != idOfInode.end()) known = removed_.find(inode->second);
-    }
-    if (known == removed_.end()) return false;
-    auto& [id, removed] = *known;
-    const bool isInPlace = removed.record.path == row.record.path;
-    if (isInPlace ? removed.wasElsewhere : !isRenamed(removed.record, row.record)) return false;
-    removed.wasElsewhere = !isInPlace;
-    held.insert(id);
-    return true;
-  };
-  const auto hidden = std::erase_if(rows, isHidden);
-  if (isWhole) std::erase_if(removed_, [&](const auto& row) { return !held.contains(row.first); });
-  return static_cast<std::int64_t>(hidden);
 }
 
 /// The ids of the selected files in `rows`: a file that changed has a new id at its path, one whose
@@ -437,7 +410,7 @@ void SearchViewModel::removeResults(const IdSet& ids) {
   Update update(*this);
   const auto removed = std::erase_if(results_, [&](const SearchResult& result) {
     if (!ids.contains(result.id())) return false;
-    removed_.insert_or_assign(result.id(), RemovedRow{result.record});
+    removed_.add(result);
     return true;
   });
   if (removed > 0) update.resultsDid(ResultsChange::removed);

@@ -7,11 +7,11 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include <QObject>
 
+#include "search/RemovedRows.h"
 #include "search/SearchFilter.h"
 #include "search/SearchQuery.h"
 #include "search/SearchResult.h"
@@ -129,11 +129,6 @@ class SearchViewModel final : public QObject {
     bool isIncomplete = false;
   };
 
-  struct RemovedRow {
-    FileRecord record;
-    bool wasElsewhere = false;  ///< in the trash: if it is back in its place, somebody wanted that
-  };
-
   void clearResults();
   void searchSucceeded(FirstPage page, const std::string& text);
   void searchFailed(const std::string& description);
@@ -141,7 +136,6 @@ class SearchViewModel final : public QObject {
   void pageMissed();
   void refreshed(FirstPage page);
   void show(Update& update, FirstPage page, ResultsChange change);
-  std::int64_t leaveOutRemoved(std::vector<SearchResult>& rows, bool isWhole);
   [[nodiscard]] IdSet selectedAmong(const std::vector<SearchResult>& rows) const;
 
   std::string queryText_;
@@ -159,8 +153,7 @@ class SearchViewModel final : public QObject {
   std::optional<std::string> errorMessage_;
   std::int64_t matches_ = 0;        ///< as the source counts them, removed rows included
   std::int64_t currentOffset_ = 0;  ///< in what the source has, removed rows included
-  /// The rows that were removed from this list, by their ids.
-  std::unordered_map<std::int64_t, RemovedRow> removed_;
+  RemovedRows removed_;
   std::optional<SearchQuery> lastQuery_;  ///< the query of the list, if it has one
   std::unique_ptr<Tasks> tasks_;
 };

@@ -6,8 +6,10 @@
 #include <utility>
 
 #include <QEventLoop>
+#include <QTimer>
 
 #include "bookmarks/BookmarkServices.h"
+#include "indexer/IndexServices.h"
 #include "platform/Priority.h"
 #include "search/SearchServices.h"
 #include "tasks/RunOn.h"
@@ -41,8 +43,11 @@ AppEnvironment::AppEnvironment(Options options)
       defaults_(options_.settingsFolder),
       clock_(interactive_.executor()),
       index_(surroundings(), interactive_.executor(), clock_),
+      preferences_(defaults_, main_.executor(), interactive_.executor()),
       searchViewModel_(std::make_unique<SearchViewModel>(
           SearchServices{source_, clock_, defaults_, main_.executor(), interactive_.executor()})),
+      indexViewModel_(std::make_unique<IndexViewModel>(IndexServices{
+          index_, defaults_, options_.homeFolder, main_.executor(), interactive_.executor()})),
       bookmarkFiles_(options_.dataFolder, interactive_.executor()),
       bookmarkViewModel_(
           std::make_unique<BookmarkViewModel>(BookmarkServices{bookmarkFiles_, main_.executor()})),
@@ -62,21 +67,44 @@ FileIndexActor::Surroundings AppEnvironment::surroundings() {
           .log = printLine};
 }
 
-void AppEnvironment::start() {
+std::optional<std::string> AppEnvironment::open(std::chrono::milliseconds patience) {
   Q_EMIT noticeChanged(QStringLiteral(u"正在打开索引..."));
+  QEventLoop untilOpen;
+  QTimer::singleShot(patience, &untilOpen, &QEventLoop::quit);
+  connect(this, &AppEnvironment::openingEnded, &untilOpen, &QEventLoop::quit);
+  tasks_.spawn([this](std::stop_token stop) { return openIndex(std::move(stop)); });
+  untilOpen.exec();
+  return openingFailure_;
+}
+
+tasks::Async<void> AppEnvironment::openIndex(std::stop_token stop) {
+  try {
+    co_await index_.open(std::move(stop));
+    if (index_.isOpen()) source_.open(index_.engine());
+  } catch (const std::exception& error) {
+    source_.fail(std::current_exception());
+    openingFailure_ = error.what();
+  }
+  opening_->set(index_.isOpen());
+  Q_EMIT openingEnded();
+}
+
+void AppEnvironment::startIndexing() {
   tasks_.spawn([this](std::stop_token stop) { return run(std::move(stop)); });
 }
 
 tasks::Async<void> AppEnvironment::run(std::stop_token stop) {
+  const bool isOpen = co_await tasks::Completion<bool>::wait(opening_);
+  if (stop.stop_requested()) co_return;
+  if (!isOpen) {
+    report(openingFailure_.value_or(std::string()));
+    co_return;
+  }
   try {
-    co_await index_.open(stop);
-    if (stop.stop_requested()) co_return;
-    source_.open(index_.engine());
     if (index_.indexer() == nullptr) co_await searchOnly(stop);
     if (!stop.stop_requested()) co_await maintain(stop);
   } catch (const std::exception& error) {
-    source_.fail(std::current_exception());
-    if (!stop.stop_requested()) report(error);
+    if (!stop.stop_requested()) report(error.what());
   }
 }
 
@@ -109,11 +137,11 @@ tasks::Async<void> AppEnvironment::maintain(std::stop_token stop) {
   }
 }
 
-void AppEnvironment::report(const std::exception& error) {
-  std::fprintf(stderr, "zelnor: %s\n", error.what());
+void AppEnvironment::report(const std::string& reason) {
+  std::fprintf(stderr, "zelnor: %s\n", reason.c_str());
   const auto format =
       index_.isOpen() ? QStringLiteral(u"无法建立索引：%1") : QStringLiteral(u"无法打开索引：%1");
-  Q_EMIT failed(format.arg(QString::fromUtf8(error.what())));
+  Q_EMIT failed(format.arg(QString::fromStdString(reason)));
 }
 
 void AppEnvironment::shutDown() {
@@ -129,7 +157,8 @@ tasks::Async<void> AppEnvironment::endEverything() {
   tasks_.cancelAll();
   source_.fail(std::make_exception_ptr(
       std::system_error(std::make_error_code(std::errc::operation_canceled))));
-  const auto ends = {ended(*searchViewModel_), ended(*bookmarkViewModel_), ended(desktop_)};
+  const auto ends = {ended(*searchViewModel_), ended(*indexViewModel_), ended(*bookmarkViewModel_),
+                     ended(desktop_)};
   co_await index_.stop();
   co_await tasks_.wait();
   for (const auto& end : ends) co_await tasks::Completion<bool>::wait(end);

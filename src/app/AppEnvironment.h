@@ -1,7 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <stop_token>
+#include <string>
 
 #include <QObject>
 #include <QString>
@@ -13,10 +16,13 @@
 #include "bookmarks/BookmarkPersistenceService.h"
 #include "bookmarks/BookmarkViewModel.h"
 #include "indexer/IndexStatus.h"
+#include "indexer/IndexViewModel.h"
 #include "platform/FileDefaultsStore.h"
 #include "platform/desktop/QtMainExecutor.h"
 #include "search/SearchViewModel.h"
+#include "shell/Preferences.h"
 #include "tasks/Clock.h"
+#include "tasks/Completion.h"
 #include "tasks/TaskGroup.h"
 #include "tasks/ThreadPool.h"
 
@@ -24,8 +30,7 @@ namespace zelnor::app {
 
 /// Owns what lives as long as the program: threads, settings, the index and the view models.
 ///
-/// Main thread only. The index is opened on another thread, so a window can be shown before it is
-/// there.
+/// Main thread only.
 class AppEnvironment final : public QObject {
   Q_OBJECT
 
@@ -35,19 +40,27 @@ class AppEnvironment final : public QObject {
   ~AppEnvironment() override;
 
   [[nodiscard]] SearchViewModel& searchViewModel() { return *searchViewModel_; }
+  [[nodiscard]] IndexViewModel& indexViewModel() { return *indexViewModel_; }
   [[nodiscard]] BookmarkViewModel& bookmarkViewModel() { return *bookmarkViewModel_; }
+  [[nodiscard]] Preferences& preferences() { return preferences_; }
   [[nodiscard]] DesktopServices& desktop() { return desktop_; }
+  [[nodiscard]] const Options& options() const { return options_; }
 
-  /// Opens the index and keeps it current; fills it if it is empty or if other roots were asked
+  /// Opens the index, which is made if there is none, on another thread; events are handled
+  /// meanwhile. Answers why it cannot be used, in words for the user; nothing if it is open, or if
+  /// that takes longer than `patience`, so that whoever waits may go on without it.
+  std::optional<std::string> open(std::chrono::milliseconds patience);
+  /// After `open`: keeps the index current; fills it if it is empty or if other roots were asked
   /// for. As long as another process does that, the index can only be searched; when that one ends,
   /// this one takes its place.
-  void start();
+  void startIndexing();
 
   /// Ends whatever runs and closes the index; events are handled meanwhile. It may be cut short by
   /// ending the process: what that breaks off in the index, its next opening puts right.
   void shutDown();
 
  Q_SIGNALS:
+  void openingEnded();
   void indexStatusChanged(const zelnor::IndexStatus& status);
   /// Something about the index that the user should know; empty when it no longer holds.
   void noticeChanged(const QString& notice);
@@ -56,12 +69,13 @@ class AppEnvironment final : public QObject {
 
  private:
   [[nodiscard]] FileIndexActor::Surroundings surroundings();
+  tasks::Async<void> openIndex(std::stop_token stop);
   tasks::Async<void> run(std::stop_token stop);
   /// As long as another process maintains the index.
   tasks::Async<void> searchOnly(std::stop_token stop);
   tasks::Async<void> maintain(std::stop_token stop);
   tasks::Async<void> endEverything();
-  void report(const std::exception& error);
+  void report(const std::string& reason);
 
   const Options options_;
   // What runs tasks goes last, the main thread at the very end.
@@ -72,8 +86,13 @@ class AppEnvironment final : public QObject {
   tasks::SteadyClock clock_;
   DeferredSearchSource source_;
   IndexAccess index_;
+  /// Set when opening has ended, to whether the index is open.
+  std::shared_ptr<tasks::Completion<bool>> opening_ = std::make_shared<tasks::Completion<bool>>();
+  std::optional<std::string> openingFailure_;
   LiveIndexStatus::Observation observation_;
+  Preferences preferences_;
   std::unique_ptr<SearchViewModel> searchViewModel_;
+  std::unique_ptr<IndexViewModel> indexViewModel_;
   BookmarkPersistenceService bookmarkFiles_;
   std::unique_ptr<BookmarkViewModel> bookmarkViewModel_;
   DesktopServices desktop_;

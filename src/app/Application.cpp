@@ -3,14 +3,21 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include <QApplication>
 
+#include "app/AppDelegate.h"
 #include "app/AppEnvironment.h"
 #include "app/Options.h"
 #include "app/TerminationSignals.h"
+#include "platform/FileLock.h"
+#include "platform/UserFolders.h"
+#include "platform/desktop/SessionApplication.h"
 #include "ui/Style.h"
-#include "ui/panel/SearchView.h"
 
 namespace zelnor::app {
 
@@ -19,6 +26,9 @@ namespace {
 constexpr int kNoDisplay = 2;
 /// Longer would look like a program that hangs.
 constexpr std::chrono::milliseconds kEndingPatience{900};
+
+/// An index that takes longer to open is on a slow disk: the panel is there before it.
+constexpr std::chrono::milliseconds kOpeningPatience{2000};
 
 bool isSet(const char* variable) {
   const char* value = std::getenv(variable);
@@ -29,33 +39,129 @@ bool hasDisplay() {
   return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
 }
 
-void connectView(AppEnvironment& environment, ui::SearchView& view) {
-  QObject::connect(&environment, &AppEnvironment::indexStatusChanged, &view,
-                   [&view](const IndexStatus& status) {
-                     view.setIndexing(status.state.kind == IndexStatus::State::Kind::indexing,
-                                      status.processedFiles, status.totalFiles);
-                   });
-  QObject::connect(&environment, &AppEnvironment::noticeChanged, &view, &ui::SearchView::setNotice);
-  QObject::connect(&environment, &AppEnvironment::failed, &view, &ui::SearchView::setFailure);
-  QObject::connect(&view, &ui::SearchView::closeRequested, &view, &QWidget::showMinimized);
+/// What the desktop gave the process that started this one, as proof that the user asked for it.
+platform::Activation takeActivation() {
+  platform::Activation activation;
+  for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+    if (activation.token.empty() && isSet(variable)) activation.token = std::getenv(variable);
+    ::unsetenv(variable);  // not meant for what is started from here
+  }
+  return activation;
 }
 
-int runWindow(Options options) {
-  AppEnvironment environment(std::move(options));
-  ui::SearchView view(ui::SearchPanelServices{
-      environment.searchViewModel(), environment.bookmarkViewModel(), environment.desktop().files(),
-      environment.desktop().clipboard(), &environment.desktop().icons()});
-  connectView(environment, view);
+/// Nothing, after saying so, if another process has it.
+std::optional<platform::FileLock> lockWithoutBus(const Options& options) {
+  try {
+    platform::createPrivateFolder(options.dataFolder);
+    auto lock = platform::FileLock::tryAcquire(options.dataFolder + "/application.lock");
+    std::fputs(lock ? "zelnor: no session bus; a second start cannot show this one's panel\n"
+                    : "zelnor: already running, and there is no session bus to reach it\n",
+               stderr);
+    return lock;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "DatabaseManager init failed: %s\n", error.what());
+    return std::nullopt;
+  }
+}
+
+/// The other one shows itself, or does what this one was started for.
+int handOver(platform::SessionApplication& session, const Options& options,
+             const platform::Activation& activation) {
+  if (!options.roots.empty()) {
+    std::fputs("zelnor: already running; the folders given are not indexed\n", stderr);
+  }
+  const auto action = QString::fromStdString(options.action);
+  if (session.forward(action, activation)) return EXIT_SUCCESS;
+  std::fputs("zelnor: already running, but it does not answer\n", stderr);
+  return EXIT_FAILURE;
+}
+
+void act(AppDelegate& delegate, const QString& action, const platform::Activation& activation) {
+  using Session = platform::SessionApplication;
+  if (action == QLatin1String(Session::kQuit)) {
+    QCoreApplication::quit();
+  } else if (action == QLatin1String(Session::kPreferences)) {
+    delegate.showSettingsWindow(activation);
+  } else if (action.isEmpty() || action == QLatin1String(Session::kSearch)) {
+    delegate.showSearch(activation);
+  }
+}
+
+/// What others ask for while the program is still starting is done when it has started.
+class Requests final {
+ public:
+  explicit Requests(platform::SessionApplication& session) {
+    using Session = platform::SessionApplication;
+    const auto show = [this](const platform::Activation& activation) { take({}, activation); };
+    const auto perform = [this](const QString& action, const platform::Activation& activation) {
+      take(action, activation);
+    };
+    QObject::connect(&session, &Session::activated, &context_, show);
+    QObject::connect(&session, &Session::actionActivated, &context_, perform);
+  }
+
+  void take(const QString& action, const platform::Activation& activation) {
+    if (delegate_ != nullptr) {
+      act(*delegate_, action, activation);
+    } else {
+      waiting_.emplace_back(action, activation);
+    }
+  }
+  void handTo(AppDelegate* delegate) {
+    delegate_ = delegate;
+    for (const auto& [action, activation] : std::exchange(waiting_, {})) {
+      act(*delegate, action, activation);
+    }
+  }
+
+ private:
+  QObject context_;
+  AppDelegate* delegate_ = nullptr;
+  std::vector<std::pair<QString, platform::Activation>> waiting_;
+};
+
+int runFirst(Options options, Requests& requests) {
   const TerminationSignals signals;
   QObject::connect(&signals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
-  view.show();
-  environment.start();
-
+  AppEnvironment environment(std::move(options));
+  if (const auto failure = environment.open(kOpeningPatience)) {
+    std::fprintf(stderr, "DatabaseManager init failed: %s\n", failure->c_str());
+    limitEnding(kEndingPatience);
+    environment.shutDown();
+    return EXIT_FAILURE;
+  }
+  AppDelegate delegate(environment);
+  delegate.applicationDidFinishLaunching();
+  requests.handTo(&delegate);
   const int status = QApplication::exec();
-  view.hide();
   limitEnding(kEndingPatience);
+  delegate.applicationWillTerminate();
   environment.shutDown();
   return status;
+}
+
+/// One process per user and session. One that keeps its index elsewhere is another program.
+int runOnce(Options options) {
+  using Standing = platform::SessionApplication::Standing;
+  platform::SessionApplication session;
+  Requests requests(session);
+  const auto activation = takeActivation();
+  std::optional<platform::FileLock> lock;
+  if (!options.isApart) {
+    switch (session.claim()) {
+      case Standing::second:
+        return handOver(session, options, activation);
+      case Standing::noBus:
+        lock = lockWithoutBus(options);
+        if (!lock) return EXIT_FAILURE;
+        break;
+      case Standing::first:
+        break;
+    }
+  }
+  if (options.action == platform::SessionApplication::kQuit) return EXIT_SUCCESS;
+  if (!options.isInBackground) requests.take(QString::fromStdString(options.action), activation);
+  return runFirst(std::move(options), requests);
 }
 
 }  // namespace
@@ -75,7 +181,8 @@ int run(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Zelnor"));
   QApplication::setDesktopFileName(QStringLiteral("zelnor"));
   ui::applyStyle(application);
-  return runWindow(std::get<Options>(std::move(options)));
+  QApplication::setQuitOnLastWindowClosed(false);
+  return runOnce(std::get<Options>(std::move(options)));
 }
 
 }  // namespace zelnor::app

@@ -1,5 +1,6 @@
 #include "app/IndexAccess.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "platform/FileLock.h"
@@ -83,6 +84,15 @@ tasks::Async<void> IndexAccess::takeOver(std::stop_token stop) {
 }
 
 FileIndexActor* IndexAccess::indexer() { return writer_ ? &writer_->indexer : nullptr; }
+
+tasks::Async<void> IndexAccess::rebuildIndex(IndexConfiguration config) {
+  if (!writer_) throw std::runtime_error("另一个进程正在维护索引，此窗口只能搜索");
+  co_await writer_->indexer.rebuildIndex(std::move(config));
+}
+
+tasks::Async<void> IndexAccess::startMonitoring(IndexConfiguration config) {
+  if (writer_) co_await writer_->indexer.startMonitoring(std::move(config));
+}
 
 SearchEngine& IndexAccess::engine() { return searcher_->engine; }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "indexer/FileIndexActor.h"
+#include "indexer/IndexMaintainer.h"
 #include "search/SearchEngine.h"
 #include "tasks/Async.h"
 #include "tasks/Clock.h"
@@ -17,7 +18,7 @@ namespace zelnor::app {
 ///
 /// Used on the main thread, which waits for nothing: what blocks runs elsewhere. The owner awaits
 /// `close()` before it destroys the access.
-class IndexAccess {
+class IndexAccess final : public IndexMaintainer {
  public:
   /// Between two looks at an index that another process is just making.
   static constexpr std::chrono::milliseconds kRetryPause{200};
@@ -25,7 +26,7 @@ class IndexAccess {
   /// Searches are answered, and files opened, on `interactive`.
   IndexAccess(FileIndexActor::Surroundings surroundings, tasks::Executor interactive,
               tasks::Clock& clock);
-  ~IndexAccess();
+  ~IndexAccess() override;
   IndexAccess(const IndexAccess&) = delete;
   IndexAccess& operator=(const IndexAccess&) = delete;
 
@@ -43,6 +44,11 @@ class IndexAccess {
   FileIndexActor* indexer();
   /// Once the index is open, until it is closed.
   SearchEngine& engine();
+
+  /// By the writing side. While another process holds it the index cannot be rebuilt, which is an
+  /// error with words for the user, and whoever writes next follows the stored configuration.
+  tasks::Async<void> rebuildIndex(IndexConfiguration config) override;
+  tasks::Async<void> startMonitoring(IndexConfiguration config) override;
 
   /// Ends whatever runs in the index early; nothing is written afterwards.
   tasks::Async<void> stop();

@@ -65,6 +65,13 @@ class CommandLine {
         .add_option("--index", index_,
                     "Keep index and settings in this folder, apart from the user's own")
         ->type_name("DIR");
+    parser_.add_flag("--background", isInBackground_,
+                     "Start without showing anything; the hot key and the tray show the panel");
+    const auto does = [this](const char* action) {
+      return [this, action](std::int64_t) { action_ = action; };
+    };
+    parser_.add_flag("--preferences", does("preferences"), "Show the settings");
+    parser_.add_flag("--quit", does("quit"), "End the Zelnor that is running");
     const auto addRoot = [this](const std::string& path) { roots_.push_back(path); };
     parser_
         .add_option_function<std::string>("--root", addRoot,
@@ -77,9 +84,15 @@ class CommandLine {
   Options parse(int argc, const char* const* argv) {
     parser_.parse(argc, argv);
     const auto folders = platform::UserFolders::current();
-    Options options{folders.home, folders.data, folders.config, {}};
-    if (!index_.empty())
+    Options options;
+    options.homeFolder = folders.home;
+    options.dataFolder = folders.data;
+    options.settingsFolder = folders.config;
+    options.isApart = !index_.empty();
+    if (options.isApart)
       options.dataFolder = options.settingsFolder = platform::absolutePath(index_);
+    options.isInBackground = isInBackground_;
+    options.action = action_;
     for (const auto& root : roots_) options.roots.push_back(existingFolder(root));
     for (auto& folder : foldersIn(parser_.remaining())) options.roots.push_back(std::move(folder));
     return options;
@@ -90,6 +103,8 @@ class CommandLine {
  private:
   CLI::App parser_{"Zelnor finds files by name.", "zelnor"};
   std::string index_;
+  bool isInBackground_ = false;
+  std::string action_;
   std::vector<std::string> roots_;
 };
 

@@ -24,6 +24,8 @@ constexpr int kClearTarget = 24;
 constexpr int kClearTime = 150;  // ms
 constexpr double kSmallest = 0.05;
 constexpr int kToggleHeight = 24;
+constexpr int kWindowButton = 24;
+constexpr int kWindowCircle = 16;
 constexpr int kToggleSides = 4;
 }  // namespace
 
@@ -106,6 +108,27 @@ void ClearButton::paint(QPainter& painter) {
   QRectF cross(0, 0, type::scaled(kClearCross) * size, type::scaled(kClearCross) * size);
   cross.moveCenter(center);
   paintSymbol(painter, cross, QLatin1String("xmark"), Qt::white);
+}
+
+WindowButton::WindowButton(QLatin1String symbol, const QString& title, QWidget* parent)
+    : PlainButton(title, parent), symbol_(symbol) {
+  setToolTip(title);
+}
+
+QSize WindowButton::sizeHint() const {
+  const int side = type::scaled(kWindowButton);
+  return {side, side};
+}
+
+void WindowButton::paint(QPainter& painter) {
+  const QPointF middle = QRectF(rect()).center();
+  const double radius = type::scaled(kWindowCircle) / 2.0;
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(underMouse() ? palette::kOutline : palette::kChip);
+  painter.drawEllipse(middle, radius, radius);
+  QRectF box(0, 0, radius, radius);
+  box.moveCenter(middle);
+  paintSymbol(painter, box, symbol_, isDown() ? palette::kText : palette::kSecondaryText);
 }
 
 FilterToggle::FilterToggle(QWidget* parent) : PlainButton(QString(), parent) {

@@ -55,6 +55,23 @@ class ClearButton final : public PlainButton {
   double shown_ = 0;  ///< from 0 to 1
 };
 
+/// Closes or minimizes the window, which has no title bar.
+class WindowButton final : public PlainButton {
+  Q_OBJECT
+
+ public:
+  WindowButton(QLatin1String symbol, const QString& title, QWidget* parent);
+
+  [[nodiscard]] QSize sizeHint() const override;
+
+ protected:
+  void paint(QPainter& painter) override;
+  [[nodiscard]] double cornerRadius() const override { return height() / 2.0; }
+
+ private:
+  QLatin1String symbol_;
+};
+
 /// Opens and closes the filters, and tells how many there are.
 class FilterToggle final : public PlainButton {
   Q_OBJECT

@@ -92,8 +92,17 @@ QLayout* SearchBarView::makeInputRow() {
 
   auto* row = new QHBoxLayout;
   constexpr int kAround = (kInputRow - kPill) / 2;
-  row->setContentsMargins(kSides, kAround, kSides, kAround);
+  row->setContentsMargins(kSides, kAround, kSides - 4, kAround);
+  row->setSpacing(0);
   row->addWidget(pill_);
+  row->addSpacing(8);
+  const auto add = [&](const char* symbol, const QString& title, auto signal) {
+    auto* button = new WindowButton(QLatin1String(symbol), title, this);
+    connect(button, &QPushButton::clicked, this, signal);
+    row->addWidget(button);
+  };
+  add("minus", QStringLiteral(u"最小化"), &SearchBarView::minimizeRequested);
+  add("xmark", QStringLiteral(u"关闭"), &SearchBarView::closeRequested);
   return row;
 }
 

@@ -38,6 +38,8 @@ class SearchBarView final : public QWidget {
   void bookmarksToggled();
   void filtersToggled();
   void settingsRequested();
+  void minimizeRequested();
+  void closeRequested();
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -10,6 +10,7 @@
 #include "bookmarks/BookmarkViewModel.h"
 #include "platform/Clipboard.h"
 #include "results/FileOperationService.h"
+#include "ui/Sheet.h"
 #include "ui/SlidingPane.h"
 #include "ui/TextLabel.h"
 #include "ui/bookmarks/BookmarksSidebarView.h"
@@ -144,6 +145,8 @@ void SearchView::listenToBar() {
           [this] { setShowsBookmarks(!showBookmarks_); });
   connect(bar_, &SearchBarView::filtersToggled, this, [this] { setShowsFilters(!showFilters_); });
   connect(bar_, &SearchBarView::settingsRequested, this, &SearchView::settingsRequested);
+  connect(bar_, &SearchBarView::minimizeRequested, this, &SearchView::minimizeRequested);
+  connect(bar_, &SearchBarView::closeRequested, this, &SearchView::closeRequested);
   connect(field, &NativeSearchTextField::leftDownwards, this, &SearchView::goDown);
   connect(field, &NativeSearchTextField::confirmed, this, &SearchView::confirm);
   connect(empty_, &EmptyStateView::leftUpwards, field, qOverload<>(&QWidget::setFocus));
@@ -205,6 +208,12 @@ void SearchView::addShortcuts() {
     bar_->field().setFocus();
     bar_->field().selectAll();
   });
+}
+
+void SearchView::focusSearchField() {
+  if (findChild<Sheet*>(QString(), Qt::FindDirectChildrenOnly) != nullptr) return;
+  bar_->field().setFocus();
+  bar_->field().selectAll();
 }
 
 void SearchView::setShowsBookmarks(bool areShown) {

@@ -61,6 +61,9 @@ class SearchView final : public QWidget {
   void setShowsBookmarks(bool areShown);
   void setShowsFilters(bool areShown);
 
+  /// Has the next key typed arrive in the search field, unless a sheet asks for something.
+  void focusSearchField();
+
   /// What the indexer does, for the status line.
   void setIndexing(bool isIndexing, std::int64_t processedFiles, std::int64_t totalFiles);
   /// Something to know about the index, as long as nothing more important goes on; empty for
@@ -72,6 +75,7 @@ class SearchView final : public QWidget {
  Q_SIGNALS:
   /// The user is done with the panel.
   void closeRequested();
+  void minimizeRequested();
   void settingsRequested();
   /// The user wants to see the file at this path (bytes).
   void previewRequested(const std::string& path);

@@ -80,7 +80,8 @@ Figures measureTyping(PaintWatch& application, const std::string& tree, const st
   app::AppEnvironment environment({.homeFolder = tree,
                                    .dataFolder = data / "data",
                                    .settingsFolder = data / "settings",
-                                   .roots = {tree}});
+                                   .roots = {tree},
+                                   .action = {}});
   auto& desktop = environment.desktop();
   ui::SearchView window({environment.searchViewModel(), environment.bookmarkViewModel(),
                          desktop.files(), desktop.clipboard(), &desktop.icons()});
@@ -89,7 +90,8 @@ Figures measureTyping(PaintWatch& application, const std::string& tree, const st
 
   const RebuildWatch rebuild(environment);
   Typist typist(application, window, environment.searchViewModel());
-  environment.start();
+  environment.open(std::chrono::minutes(1));
+  environment.startIndexing();
   MainThreadPulse pulse;
   std::vector<double> answers;
   do {

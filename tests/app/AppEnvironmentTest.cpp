@@ -34,18 +34,21 @@ bool runUntil(const std::function<bool()>& condition) {
 /// The program without its window, and what it tells the window.
 class Program {
  public:
-  explicit Program(const test::TemporaryFolder& home)
+  explicit Program(const test::TemporaryFolder& home,
+                   std::chrono::milliseconds patience = std::chrono::minutes(1))
       : environment_({.homeFolder = home.folder("files"),
                       .dataFolder = home / "data",
                       .settingsFolder = home / "config",
-                      .roots = {}}) {
+                      .roots = {},
+                      .action = {}}) {
     QObject::connect(&environment_, &AppEnvironment::noticeChanged,
                      [this](const QString& notice) { notice_ = notice; });
     QObject::connect(&environment_, &AppEnvironment::indexStatusChanged,
                      [this](const IndexStatus& status) { status_ = status; });
     QObject::connect(&environment_, &AppEnvironment::failed,
                      [](const QString& reason) { ADD_FAILURE() << reason.toStdString(); });
-    environment_.start();
+    EXPECT_FALSE(environment_.open(patience));
+    environment_.startIndexing();
   }
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
@@ -59,6 +62,8 @@ class Program {
     return notice_.isEmpty() && status_ && status_->state.kind == Kind::idle;
   }
   [[nodiscard]] const std::optional<IndexStatus>& status() const { return status_; }
+
+  [[nodiscard]] AppEnvironment& environment() { return environment_; }
 
   void search(const std::string& text) { environment_.searchViewModel().setQueryText(text); }
   [[nodiscard]] bool lists(const std::string& path) {
@@ -106,6 +111,35 @@ TEST(AppEnvironment, OneThatOnlySearchesTakesOverWhenTheOtherEnds) {
   EXPECT_EQ(program.status()->totalFiles, other.status()->totalFiles + 2);
 }
 
+TEST(AppEnvironment, SaysAtOnceWhyAnIndexCannotBeUsed) {
+  const test::TemporaryFolder home;
+  home.file("data/index.sqlite", std::string(8192, 'x'));
+  AppEnvironment environment({.homeFolder = home.folder("files"),
+                              .dataFolder = home / "data",
+                              .settingsFolder = home / "config",
+                              .roots = {},
+                              .action = {}});
+  EXPECT_TRUE(environment.open(std::chrono::minutes(1)));
+  environment.shutDown();
+}
+
+TEST(AppEnvironment, RebuildsFromTheSettingsOnlyWhereNoOtherProcessDoes) {
+  const test::TemporaryFolder home;
+  home.file("files/one");
+  const auto rebuiltIn = [](AppEnvironment& environment) {
+    auto& settings = environment.indexViewModel();
+    settings.startRebuild();
+    EXPECT_TRUE(runUntil([&] { return !settings.isRebuildingIndex(); }));
+    return !settings.rebuildError();
+  };
+  Program first(home);
+  ASSERT_TRUE(runUntil([&] { return first.maintains(); }));
+  EXPECT_TRUE(rebuiltIn(first.environment()));
+  Program second(home);
+  ASSERT_TRUE(runUntil([&] { return second.onlySearches(); }));
+  EXPECT_FALSE(rebuiltIn(second.environment()));
+}
+
 TEST(AppEnvironment, CanBeQuitAtAnyMoment) {
   constexpr int kMoments = 40;
   const test::TemporaryFolder home;
@@ -120,7 +154,7 @@ TEST(AppEnvironment, CanBeQuitAtAnyMoment) {
   };
   for (int moment = 0; moment < kMoments; ++moment) {
     auto other = takeLock();
-    Program program(home);
+    Program program(home, std::chrono::milliseconds(0));
     // Until the middle it waits for the index; then it makes it itself.
     if (moment > kMoments / 2) other.reset();
     quitLater(program, moment);
@@ -130,7 +164,7 @@ TEST(AppEnvironment, CanBeQuitAtAnyMoment) {
   maker.quit();
   for (int moment = 0; moment < kMoments; ++moment) {
     auto other = takeLock();
-    Program program(home);
+    Program program(home, std::chrono::milliseconds(0));
     ASSERT_TRUE(runUntil([&] { return program.onlySearches(); }));
     if (moment > 0) other.reset();
     quitLater(program, moment);

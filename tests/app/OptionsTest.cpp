@@ -43,11 +43,18 @@ TEST_F(OptionsTest, TakeTheUsersFoldersUnlessTold) {
   EXPECT_EQ(usual.dataFolder, folders.data);
   EXPECT_EQ(usual.settingsFolder, folders.config);
   EXPECT_THAT(usual.roots, IsEmpty());
+  EXPECT_FALSE(usual.isApart || usual.isInBackground);
+  EXPECT_THAT(usual.action, IsEmpty());
 
   const auto apart = std::get<Options>(parse({"--index", "not/../there/"}));
   EXPECT_EQ(apart.homeFolder, folders.home);
   EXPECT_EQ(apart.dataFolder, folder_ / "there");
   EXPECT_EQ(apart.settingsFolder, folder_ / "there");
+  EXPECT_TRUE(apart.isApart);
+
+  EXPECT_TRUE(std::get<Options>(parse({"--background"})).isInBackground);
+  EXPECT_EQ(std::get<Options>(parse({"--preferences"})).action, "preferences");
+  EXPECT_EQ(std::get<Options>(parse({"--quit"})).action, "quit");
 }
 
 TEST_F(OptionsTest, IndexEveryFolderThatIsNamedWhateverItIsCalled) {

@@ -18,7 +18,6 @@ using std::chrono_literals::operator""s;
 constexpr const char* kName = "org.zelnor.Zelnor";
 constexpr const char* kPath = "/org/zelnor/Zelnor";
 constexpr const char* kInterface = "org.freedesktop.Application";
-constexpr const char* kConnection = "zelnor-application";
 /// How long a start waits for the bus or for the process that started before.
 constexpr auto kPatience = 2000ms;
 constexpr auto kBetweenLooks = 5s;
@@ -87,17 +86,19 @@ class Adaptor final : public QDBusAbstractAdaptor {
 
 }  // namespace
 
-SessionApplication::SessionApplication() : bus_(text(kConnection)) {
+SessionApplication::SessionApplication()
+    : connection_(QStringLiteral("zelnor-%1").arg(reinterpret_cast<quintptr>(this))),
+      bus_(connection_) {
   new Adaptor(*this);
   retry_.setInterval(kBetweenLooks);
   connect(&retry_, &QTimer::timeout, this, &SessionApplication::reconnect);
 }
 
-SessionApplication::~SessionApplication() { QDBusConnection::disconnectFromBus(text(kConnection)); }
+SessionApplication::~SessionApplication() { QDBusConnection::disconnectFromBus(connection_); }
 
 void SessionApplication::connectToBus() {
-  QDBusConnection::disconnectFromBus(text(kConnection));
-  bus_ = QDBusConnection::connectToBus(QDBusConnection::SessionBus, text(kConnection));
+  QDBusConnection::disconnectFromBus(connection_);
+  bus_ = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection_);
   if (!bus_.isConnected()) return;
   // Before the name, so that whoever finds the name finds the object.
   bus_.registerObject(text(kPath), this);

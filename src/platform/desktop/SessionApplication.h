@@ -51,6 +51,7 @@ class SessionApplication final : public QObject {
   void reconnect();
   Q_SLOT void disconnected();
 
+  const QString connection_;  ///< its name in Qt
   QDBusConnection bus_;
   QTimer retry_;
 };

@@ -127,15 +127,19 @@ void KeyablePanel::closeEvent(QCloseEvent* event) {
 }
 
 /// What reaches the panel is a press on its background: whatever can be pressed has taken its own.
-void KeyablePanel::mousePressEvent(QMouseEvent* event) { pressedAt_ = event->pos(); }
+void KeyablePanel::mousePressEvent(QMouseEvent* event) {
+  const bool isOnSurface = surface().contains(event->pos());
+  pressedAt_ =
+      event->button() == Qt::LeftButton && isOnSurface ? std::optional(event->pos()) : std::nullopt;
+}
 
 void KeyablePanel::mouseMoveEvent(QMouseEvent* event) {
-  const bool isPulled =
-      (event->pos() - pressedAt_).manhattanLength() >= QApplication::startDragDistance();
-  const bool isOnSurface = surface().contains(pressedAt_);
-  if (event->buttons() == Qt::LeftButton && isPulled && isOnSurface) {
-    windowHandle()->startSystemMove();
-  }
+  const bool isPulled = pressedAt_ && (event->pos() - *pressedAt_).manhattanLength() >=
+                                          QApplication::startDragDistance();
+  if (!isPulled) return;
+  // Asked twice, a window manager begins anew after the button was let go.
+  pressedAt_.reset();
+  windowHandle()->startSystemMove();
 }
 
 }  // namespace zelnor::ui

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include <QPoint>
 #include <QWidget>
@@ -64,7 +65,7 @@ class KeyablePanel final : public QWidget {
   std::array<CornerCut*, 4> corners_;
   std::array<ResizeGrip*, 8> grips_;
   int margin_ = 0;
-  QPoint pressedAt_;
+  std::optional<QPoint> pressedAt_;  ///< on the background, until the panel moves
 };
 
 }  // namespace zelnor::ui

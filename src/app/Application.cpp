@@ -70,6 +70,7 @@ int handOver(platform::SessionApplication& session, const Options& options,
   if (!options.roots.empty()) {
     std::fputs("zelnor: already running; the folders given are not indexed\n", stderr);
   }
+  if (options.isInBackground) return EXIT_SUCCESS;
   const auto action = QString::fromStdString(options.action);
   if (session.forward(action, activation)) return EXIT_SUCCESS;
   std::fputs("zelnor: already running, but it does not answer\n", stderr);

@@ -20,7 +20,7 @@ constexpr const char* kPath = "/org/zelnor/Zelnor";
 constexpr const char* kInterface = "org.freedesktop.Application";
 /// How long a start waits for the bus or for the process that started before.
 constexpr auto kPatience = 2000ms;
-constexpr auto kBetweenLooks = 5s;
+constexpr auto kBetweenLooks = 1s;
 
 // Of the DBus interface of the bus itself.
 constexpr unsigned kDoNotQueue = 4;

@@ -9,6 +9,7 @@
 
 #include "tests/desktop/Accessible.h"
 #include "tests/desktop/Session.h"
+#include "tests/desktop/Waiting.h"
 #include "tests/desktop/XClient.h"
 #include "tests/support/TemporaryFolder.h"
 

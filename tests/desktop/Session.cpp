@@ -5,13 +5,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <stdexcept>
-#include <thread>
 
 #include <QImage>
 #include <QStandardPaths>
 
+#include "tests/desktop/Waiting.h"
 #include "tests/desktop/XClient.h"
 
 namespace zelnor::test {
@@ -19,8 +18,6 @@ namespace zelnor::test {
 namespace {
 
 constexpr int kStartPatience = 20'000;  // ms
-constexpr auto kPatience = std::chrono::seconds(10);
-constexpr auto kBetweenLooks = std::chrono::milliseconds(10);
 
 QString text(const std::string& bytes) { return QString::fromStdString(bytes); }
 
@@ -110,14 +107,5 @@ int Session::run(const QString& program, const QStringList& arguments, const std
 }
 
 void Session::saveScreen(const std::string& path) { XClient().screen().save(text(path)); }
-
-bool waitUntil(const std::function<bool()>& condition) {
-  const auto tooLate = std::chrono::steady_clock::now() + kPatience;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > tooLate) return false;
-    std::this_thread::sleep_for(kBetweenLooks);
-  }
-  return true;
-}
 
 }  // namespace zelnor::test

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -43,8 +42,5 @@ class Session {
   std::unique_ptr<QProcess> bus_;
   std::unique_ptr<QProcess> windowManager_;
 };
-
-/// Waits until `condition` holds; false after ten seconds without that.
-bool waitUntil(const std::function<bool()>& condition);
 
 }  // namespace zelnor::test

@@ -12,6 +12,8 @@
 #include <X11/keysym.h>
 #include <xcb/xtest.h>
 
+#include "tests/desktop/Waiting.h"
+
 namespace zelnor::test {
 
 namespace {
@@ -33,7 +35,7 @@ xcb_keysym_t keysymOf(std::string_view name) {
                                                                {"Down", XK_Down},
                                                                {"Up", XK_Up},
                                                                {"Delete", XK_Delete},
-                                                               {"F2", XK_F2},
+                                                               {"F10", XK_F10},
                                                                {"Tab", XK_Tab},
                                                                {"BackSpace", XK_BackSpace},
                                                                {"Caps_Lock", XK_Caps_Lock}};
@@ -137,11 +139,10 @@ std::vector<std::uint32_t> XClient::numbers(xcb_window_t window, std::string_vie
   return values;
 }
 
-std::string XClient::title(xcb_window_t window) {
-  constexpr std::uint32_t kLongest = 256;
-  const auto cookie =
-      xcb_get_property(connection_.get(), /*_delete=*/0, window, atom("_NET_WM_NAME"),
-                       XCB_GET_PROPERTY_TYPE_ANY, /*long_offset=*/0, kLongest);
+std::string XClient::bytes(xcb_window_t window, std::string_view property) {
+  constexpr std::uint32_t kLongest = 4096;
+  const auto cookie = xcb_get_property(connection_.get(), /*_delete=*/0, window, atom(property),
+                                       XCB_GET_PROPERTY_TYPE_ANY, /*long_offset=*/0, kLongest);
   const Reply<xcb_get_property_reply_t> reply(
       xcb_get_property_reply(connection_.get(), cookie, /*e=*/nullptr));
   if (!reply) return {};
@@ -159,7 +160,7 @@ std::optional<xcb_window_t> XClient::window(std::string_view wanted) {
     const Reply<xcb_get_window_attributes_reply_t> attributes(
         xcb_get_window_attributes_reply(connection_.get(), cookie, /*e=*/nullptr));
     const bool isMapped = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
-    if (isMapped && title(window) == wanted) return window;
+    if (isMapped && bytes(window, "_NET_WM_NAME") == wanted) return window;
   }
   return std::nullopt;
 }
@@ -239,6 +240,26 @@ xcb_window_t XClient::openWindow(std::string_view name) {
 void XClient::closeWindow(xcb_window_t window) {
   xcb_destroy_window(connection_.get(), window);
   xcb_flush(connection_.get());
+}
+
+std::string XClient::clipboard(std::string_view target) {
+  const auto window = xcb_generate_id(connection_.get());
+  xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, window, screen_->root, /*x=*/0,
+                    /*y=*/0, /*width=*/1, /*height=*/1, /*border_width=*/0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, /*value_mask=*/0, nullptr);
+  xcb_convert_selection(connection_.get(), window, atom("CLIPBOARD"), atom(target),
+                        atom("ZELNOR_TEST"), XCB_CURRENT_TIME);
+  xcb_flush(connection_.get());
+  constexpr std::uint8_t kNotSent = 0x7F;  // the other bit says that a client has sent it
+  std::string content;
+  waitUntil([&] {
+    const Reply<xcb_generic_event_t> event(xcb_poll_for_event(connection_.get()));
+    const bool isAnswer = event && (event->response_type & kNotSent) == XCB_SELECTION_NOTIFY;
+    if (isAnswer) content = bytes(window, "ZELNOR_TEST");
+    return isAnswer;
+  });
+  xcb_destroy_window(connection_.get(), window);
+  return content;
 }
 
 }  // namespace zelnor::test

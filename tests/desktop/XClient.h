@@ -47,6 +47,9 @@ class XClient {
   /// Closed by the window manager's rules.
   void closeWindow(xcb_window_t window);
 
+  /// What was copied, as this target; empty if it is not offered.
+  [[nodiscard]] std::string clipboard(std::string_view target);
+
   [[nodiscard]] xcb_connection_t* connection() { return connection_.get(); }
 
  private:
@@ -62,7 +65,7 @@ class XClient {
   void fake(std::uint8_t type, std::uint8_t detail, QPoint point = {});
   [[nodiscard]] xcb_atom_t atom(std::string_view name);
   [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, std::string_view property);
-  [[nodiscard]] std::string title(xcb_window_t window);
+  [[nodiscard]] std::string bytes(xcb_window_t window, std::string_view property);
 
   std::unique_ptr<xcb_connection_t, Disconnect> connection_;
   xcb_screen_t* screen_;

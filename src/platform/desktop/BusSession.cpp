@@ -49,6 +49,7 @@ BusSession::~BusSession() {
 }
 
 void BusSession::start() {
+  // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): they are bits
   constexpr auto kFlags =
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);

@@ -59,7 +59,7 @@ TEST_F(MenuBarManagerTest, TheMenuLeadsToThePanelTheSettingsAndTheEnd) {
   EXPECT_THAT(item_.description.menu[0].shortcut, IsEmpty());
   EXPECT_THAT(item_.description.menu[4].png, IsEmpty());
 
-  for (const std::size_t entry : {4, 0, 2}) item_.events.chosen(entry, {.token = "token"});
+  for (const std::size_t entry : {4U, 0U, 2U}) item_.events.chosen(entry, {.token = "token"});
   EXPECT_THAT(done_, ElementsAre("quit", "search token", "settings token"));
 }
 
@@ -67,23 +67,24 @@ TEST_F(MenuBarManagerTest, TheSymbolCanBeReadOnLightAndDarkBars) {
   constexpr int kLeastContrast = 90;  // of 255
   ASSERT_FALSE(item_.description.pictures.empty());
   for (const auto& picture : item_.description.pictures) {
-    ASSERT_EQ(picture.pixels.size(), 4U * picture.side * picture.side);
-    int drawn = 0;
+    const auto side = static_cast<std::size_t>(picture.side);
+    ASSERT_EQ(picture.pixels.size(), 4 * side * side);
+    std::size_t drawn = 0;
     for (std::size_t at = 0; at < picture.pixels.size(); at += 4) {
       const auto channel = [&](std::size_t n) {
         return static_cast<unsigned char>(picture.pixels[at + n]);
       };
       if (channel(0) < 128) continue;
       ++drawn;
-      for (const std::size_t color : {1, 2, 3}) {
+      for (const std::size_t color : {1U, 2U, 3U}) {
         EXPECT_GT(channel(color), kLeastContrast);
         EXPECT_LT(channel(color), 255 - kLeastContrast);
       }
     }
-    EXPECT_GT(drawn, picture.side);  // a ring and a handle, not an empty place
-    EXPECT_LT(drawn, picture.side * picture.side / 2);
+    EXPECT_GT(drawn, side);  // a ring and a handle, not an empty place
+    EXPECT_LT(drawn, side * side / 2);
   }
-  for (const int entry : {0, 2}) {
+  for (const std::size_t entry : {0U, 2U}) {
     const auto& png = item_.description.menu[entry].png;
     EXPECT_FALSE(QImage::fromData(QByteArray::fromStdString(png), "PNG").isNull());
   }

@@ -19,10 +19,10 @@ constexpr const char* kWatcherPath = "/StatusNotifierWatcher";
 
 /// Whether every bar can find the icon by its name.
 bool isInstalled(const std::string& icon) {
+  const auto file = "/hicolor/symbolic/apps/" + icon + ".svg";
   for (const auto& folder : iconBaseFolders()) {
     std::error_code unreadable;
-    if (std::filesystem::exists(folder + "/hicolor/symbolic/apps/" + icon + ".svg", unreadable))
-      return true;
+    if (std::filesystem::exists(folder + file, unreadable)) return true;
   }
   return false;
 }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <exception>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -71,54 +72,44 @@ int handOver(platform::SessionApplication& session, const Options& options,
     std::fputs("zelnor: already running; the folders given are not indexed\n", stderr);
   }
   if (options.isInBackground) return EXIT_SUCCESS;
-  const auto action = QString::fromStdString(options.action);
-  if (session.forward(action, activation)) return EXIT_SUCCESS;
+  if (session.forward(options.action, activation)) return EXIT_SUCCESS;
   std::fputs("zelnor: already running, but it does not answer\n", stderr);
   return EXIT_FAILURE;
 }
 
-void act(AppDelegate& delegate, const QString& action, const platform::Activation& activation) {
+void act(AppDelegate& delegate, const std::string& action, const platform::Activation& activation) {
   using Session = platform::SessionApplication;
-  if (action == QLatin1String(Session::kQuit)) {
+  if (action == Session::kQuit) {
     QCoreApplication::quit();
-  } else if (action == QLatin1String(Session::kPreferences)) {
+  } else if (action == Session::kPreferences) {
     delegate.showSettingsWindow(activation);
-  } else if (action.isEmpty() || action == QLatin1String(Session::kSearch)) {
+  } else if (action.empty() || action == Session::kSearch) {
     delegate.showSearch(activation);
   }
 }
 
 /// What others ask for while the program is still starting is done when it has started.
-class Requests final {
+class Requests {
  public:
-  explicit Requests(platform::SessionApplication& session) {
-    using Session = platform::SessionApplication;
-    const auto show = [this](const platform::Activation& activation) { take({}, activation); };
-    const auto perform = [this](const QString& action, const platform::Activation& activation) {
-      take(action, activation);
-    };
-    QObject::connect(&session, &Session::activated, &context_, show);
-    QObject::connect(&session, &Session::actionActivated, &context_, perform);
-  }
-
-  void take(const QString& action, const platform::Activation& activation) {
+  void take(const std::string& action, const platform::Activation& activation) {
     if (delegate_ != nullptr) {
       act(*delegate_, action, activation);
     } else {
       waiting_.emplace_back(action, activation);
     }
   }
+  /// From now on `delegate` does it; nobody does once that is null.
   void handTo(AppDelegate* delegate) {
     delegate_ = delegate;
+    if (delegate == nullptr) return;
     for (const auto& [action, activation] : std::exchange(waiting_, {})) {
       act(*delegate, action, activation);
     }
   }
 
  private:
-  QObject context_;
   AppDelegate* delegate_ = nullptr;
-  std::vector<std::pair<QString, platform::Activation>> waiting_;
+  std::vector<std::pair<std::string, platform::Activation>> waiting_;
 };
 
 int runFirst(Options options, Requests& requests) {
@@ -135,6 +126,7 @@ int runFirst(Options options, Requests& requests) {
   delegate.applicationDidFinishLaunching();
   requests.handTo(&delegate);
   const int status = QApplication::exec();
+  requests.handTo(nullptr);
   limitEnding(kEndingPatience);
   delegate.applicationWillTerminate();
   environment.shutDown();
@@ -144,8 +136,10 @@ int runFirst(Options options, Requests& requests) {
 /// One process per user and session. One that keeps its index elsewhere is another program.
 int runOnce(Options options) {
   using Standing = platform::SessionApplication::Standing;
-  platform::SessionApplication session;
-  Requests requests(session);
+  Requests requests;
+  platform::SessionApplication session(
+      platform::sessionBusAddress(),
+      [&requests](const auto& action, const auto& given) { requests.take(action, given); });
   const auto activation = takeActivation();
   std::optional<platform::FileLock> lock;
   if (!options.isApart) {
@@ -161,7 +155,7 @@ int runOnce(Options options) {
     }
   }
   if (options.action == platform::SessionApplication::kQuit) return EXIT_SUCCESS;
-  if (!options.isInBackground) requests.take(QString::fromStdString(options.action), activation);
+  if (!options.isInBackground) requests.take(options.action, activation);
   return runFirst(std::move(options), requests);
 }
 

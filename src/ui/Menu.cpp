@@ -1,5 +1,6 @@
 #include "ui/Menu.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionMenuItem>
 
@@ -14,6 +15,7 @@ namespace {
 constexpr int kSymbol = 15;
 constexpr int kPadding = 8;
 constexpr int kSymbolGap = 8;
+constexpr int kShortcutGap = 24;
 constexpr int kItemHeight = 26;
 constexpr int kSeparatorHeight = 9;
 constexpr int kShortest = 120;
@@ -23,9 +25,12 @@ constexpr auto kDestructive = "destructive";
 /// What menus write for a single "&".
 QString verbatim(QString title) { return title.replace(u'&', QStringLiteral("&&")); }
 
+/// What stands before the tab in an entry's text; behind it is the shortcut.
 QString shown(const QStyleOptionMenuItem& item) {
-  return QString(item.text).replace(QStringLiteral("&&"), QStringLiteral("&"));
+  return item.text.section(u'\t', 0, 0).replace(QStringLiteral("&&"), QStringLiteral("&"));
 }
+
+QString shortcut(const QStyleOptionMenuItem& item) { return item.text.section(u'\t', 1); }
 
 }  // namespace
 
@@ -44,6 +49,17 @@ QAction* Menu::addDestructive(QLatin1String symbol, const QString& title,
   if (!symbol.isEmpty()) action->setIcon(symbolIcon(symbol, palette::kRed));
   action->setProperty(kDestructive, true);
   return action;
+}
+
+void Menu::keyPressEvent(QKeyEvent* event) {
+  const QKeySequence pressed(event->keyCombination());
+  for (auto* const action : actions()) {
+    if (!action->isEnabled() || action->shortcut().isEmpty() || action->shortcut() != pressed)
+      continue;
+    close();
+    return action->trigger();
+  }
+  QMenu::keyPressEvent(event);
 }
 
 void Menu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
@@ -89,12 +105,17 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& item) {
   painter.setPen(item.palette.color(QPalette::Text));
   painter.drawText(text, Qt::AlignVCenter | Qt::TextSingleLine,
                    painter.fontMetrics().elidedText(shown(item), Qt::ElideRight, text.width()));
+  painter.setPen(palette::kSecondaryText);
+  painter.drawText(text, Qt::AlignVCenter | Qt::AlignRight | Qt::TextSingleLine, shortcut(item));
   painter.restore();
 }
 
 QSize menuItemSize(const QStyleOptionMenuItem& item) {
   if (item.menuItemType == QStyleOptionMenuItem::Separator) return {kShortest, kSeparatorHeight};
-  const int text = QFontMetrics(item.font).horizontalAdvance(shown(item));
+  const QFontMetrics metrics(item.font);
+  int text = metrics.horizontalAdvance(shown(item));
+  if (const auto keys = shortcut(item); !keys.isEmpty())
+    text += kShortcutGap + metrics.horizontalAdvance(keys);
   const int width = 3 * kPadding + type::scaled(kSymbol) + kSymbolGap + text;
   return {std::max(width, kShortest), type::scaled(kItemHeight)};
 }

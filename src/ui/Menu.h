@@ -22,6 +22,8 @@ class Menu final : public QMenu {
   QAction* addDestructive(QLatin1String symbol, const QString& title, std::function<void()> chosen);
 
  protected:
+  /// A shortcut that the menu shows works while it is open.
+  void keyPressEvent(QKeyEvent* event) override;
   void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
 };
 

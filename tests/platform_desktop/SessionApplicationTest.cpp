@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QDBusMessage>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -21,23 +20,24 @@ using Standing = SessionApplication::Standing;
 using testing::ElementsAre;
 using testing::Pair;
 
-/// What an application was told: the action, empty for showing itself, and the token.
-class Told {
+/// An application on a bus, and what it was told: the action, empty for showing itself, and the
+/// token.
+class Application {
  public:
-  explicit Told(SessionApplication& application) {
-    QObject::connect(&application, &SessionApplication::activated, &context_,
-                     [this](const Activation& activation) { add({}, activation); });
-    QObject::connect(
-        &application, &SessionApplication::actionActivated, &context_,
-        [this](const QString& action, const Activation& activation) { add(action, activation); });
+  explicit Application(const std::string& bus)
+      : session_(bus, [this](const std::string& action, const Activation& activation) {
+          told.emplace_back(action, activation.token);
+        }) {}
+
+  Standing claim() { return session_.claim(); }
+  bool forward(const std::string& action, const std::string& token) {
+    return session_.forward(action, {token});
   }
-  std::vector<std::pair<std::string, std::string>> all;
+
+  std::vector<std::pair<std::string, std::string>> told;
 
  private:
-  void add(const QString& action, const Activation& activation) {
-    all.emplace_back(action.toStdString(), activation.token);
-  }
-  QObject context_;
+  SessionApplication session_;
 };
 
 bool runUntil(const std::function<bool()>& condition) {
@@ -52,49 +52,50 @@ bool runUntil(const std::function<bool()>& condition) {
 
 TEST(SessionApplication, OneIsFirstAndIsToldWhatTheOthersAreStartedFor) {
   const test::PrivateBus bus;
-  SessionApplication first;
+  Application first(bus.address());
   ASSERT_EQ(first.claim(), Standing::first);
-  const Told told(first);
   {
-    SessionApplication second;
+    Application second(bus.address());
     ASSERT_EQ(second.claim(), Standing::second);
-    EXPECT_TRUE(second.forward({}, {}));
-    EXPECT_TRUE(second.forward({}, {"a token"}));
-    EXPECT_TRUE(second.forward(QStringLiteral("preferences"), {"another"}));
+    EXPECT_TRUE(second.forward("", ""));
+    EXPECT_TRUE(second.forward("", "a token"));
+    EXPECT_TRUE(second.forward("preferences", "another"));
   }
-  EXPECT_THAT(told.all,
+  EXPECT_THAT(first.told,
               ElementsAre(Pair("", ""), Pair("", "a token"), Pair("preferences", "another")));
 }
 
 TEST(SessionApplication, TheNameIsFreeWhenTheFirstHasEnded) {
   const test::PrivateBus bus;
   {
-    EXPECT_EQ(SessionApplication().claim(), Standing::first);
+    EXPECT_EQ(Application(bus.address()).claim(), Standing::first);
   }
-  EXPECT_EQ(SessionApplication().claim(), Standing::first);
+  const auto isFree = [&] { return Application(bus.address()).claim() == Standing::first; };
+  EXPECT_TRUE(runUntil(isFree));
 }
 
 TEST(SessionApplication, WithoutABusNobodyKnows) {
   test::PrivateBus bus;
   bus.stop();
-  SessionApplication application;
-  EXPECT_EQ(application.claim(), Standing::noBus);
-  EXPECT_FALSE(application.forward({}, {}));
+  for (const auto& address : {bus.address(), std::string(), std::string("nonsense")}) {
+    Application application(address);
+    EXPECT_EQ(application.claim(), Standing::noBus);
+    EXPECT_FALSE(application.forward("", ""));
+  }
 }
 
 TEST(SessionApplication, FindsABusAgainThatWentAway) {
   test::PrivateBus bus;
-  SessionApplication first;
+  Application first(bus.address());
   ASSERT_EQ(first.claim(), Standing::first);
-  const Told told(first);
   bus.stop();
   bus.start();
   const auto isFirstAgain = [&] {
-    SessionApplication second;
-    return second.claim() == Standing::second && second.forward({}, {});
+    Application second(bus.address());
+    return second.claim() == Standing::second && second.forward("", "");
   };
   EXPECT_TRUE(runUntil(isFirstAgain));
-  EXPECT_FALSE(told.all.empty());
+  EXPECT_FALSE(first.told.empty());
 }
 
 }  // namespace

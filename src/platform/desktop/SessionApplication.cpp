@@ -1,138 +1,159 @@
 #include "platform/desktop/SessionApplication.h"
 
-#include <QDBusAbstractAdaptor>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <chrono>
+#include <optional>
+#include <utility>
+
 #include <QEventLoop>
-#include <QVariantMap>
+#include <QTimer>
 
 namespace zelnor::platform {
 
 namespace {
 
-using std::chrono_literals::operator""ms;
-using std::chrono_literals::operator""s;
-
 constexpr const char* kName = "org.zelnor.Zelnor";
 constexpr const char* kPath = "/org/zelnor/Zelnor";
 constexpr const char* kInterface = "org.freedesktop.Application";
-/// How long a start waits for the bus or for the process that started before.
-constexpr auto kPatience = 2000ms;
-constexpr auto kBetweenLooks = 1s;
+constexpr const char* kIntrospection = R"(<node><interface name="org.freedesktop.Application">
+  <method name="Activate"><arg type="a{sv}" direction="in"/></method>
+  <method name="Open"><arg type="as" direction="in"/><arg type="a{sv}" direction="in"/></method>
+  <method name="ActivateAction"><arg type="s" direction="in"/><arg type="av" direction="in"/>
+    <arg type="a{sv}" direction="in"/></method>
+</interface></node>)";
+constexpr BusMethod kRequestName{.service = "org.freedesktop.DBus",
+                                 .path = "/org/freedesktop/DBus",
+                                 .interfaceName = "org.freedesktop.DBus",
+                                 .name = "RequestName"};
+/// How long a start waits for the bus, or for the process that was started before.
+constexpr std::chrono::milliseconds kPatience{2000};
 
-// Of the DBus interface of the bus itself.
-constexpr unsigned kDoNotQueue = 4;
-constexpr unsigned kPrimaryOwner = 1;
-constexpr unsigned kAlreadyOwner = 4;
+// Of the interface of the bus itself.
+constexpr std::uint32_t kDoNotQueue = 4;
+constexpr std::uint32_t kPrimaryOwner = 1;
+constexpr std::uint32_t kAlreadyOwner = 4;
 
-QString text(const char* ascii) { return QString::fromLatin1(ascii); }
-
-/// Waits for an answer, handling events. Nothing if there is none in time.
-QDBusMessage answerTo(const QDBusPendingCall& call) {
-  QEventLoop untilAnswered;
-  const QDBusPendingCallWatcher watcher(call);
-  QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &untilAnswered, &QEventLoop::quit);
-  if (!watcher.isFinished()) untilAnswered.exec();
-  return watcher.reply();
+/// Handles events until `ready` is called, which `begin` is given, or the patience is at its end.
+template <class Value>
+std::optional<Value> wait(const std::function<void(std::function<void(Value)>)>& begin) {
+  QEventLoop untilReady;
+  std::optional<Value> result;
+  QTimer::singleShot(kPatience, &untilReady, &QEventLoop::quit);
+  begin([&](Value value) {
+    result = std::move(value);
+    untilReady.quit();
+  });
+  if (!result) untilReady.exec();
+  return result;
 }
 
-QDBusMessage nameRequest() {
-  auto request =
-      QDBusMessage::createMethodCall(text("org.freedesktop.DBus"), text("/org/freedesktop/DBus"),
-                                     text("org.freedesktop.DBus"), text("RequestName"));
-  request << text(kName) << kDoNotQueue;
-  return request;
+GVariant* platformData(const Activation& activation) {
+  GVariantBuilder builder;
+  g_variant_builder_init(&builder, G_VARIANT_TYPE_VARDICT);
+  for (const auto* key : {"activation-token", "desktop-startup-id"}) {
+    if (activation.token.empty()) continue;
+    g_variant_builder_add(&builder, "{sv}", key, g_variant_new_string(activation.token.c_str()));
+  }
+  return g_variant_builder_end(&builder);
 }
 
-bool givesName(const QDBusMessage& answer) {
-  const auto code = answer.arguments().value(0).toUInt();
+/// In the last of the arguments.
+Activation activationIn(GVariant* arguments) {
+  const GLibPointer<GVariant> data(
+      g_variant_get_child_value(arguments, g_variant_n_children(arguments) - 1));
+  for (const auto* key : {"activation-token", "desktop-startup-id"}) {
+    const char* token = nullptr;
+    if (g_variant_lookup(data.get(), key, "&s", &token) != FALSE) return {token};
+  }
+  return {};
+}
+
+std::string actionIn(GVariant* arguments) {
+  const char* action = nullptr;
+  g_variant_get_child(arguments, /*index_=*/0, "&s", &action);
+  return action;
+}
+
+bool givesName(GVariant* answer) {
+  std::uint32_t code = 0;
+  g_variant_get(answer, "(u)", &code);
   return code == kPrimaryOwner || code == kAlreadyOwner;
 }
 
-QVariantMap platformData(const Activation& activation) {
-  if (activation.token.empty()) return {};
-  const auto token = QString::fromStdString(activation.token);
-  return {{text("activation-token"), token}, {text("desktop-startup-id"), token}};
-}
-
-Activation activationIn(const QVariantMap& platformData) {
-  const auto token = platformData.value(text("activation-token"));
-  const auto id = platformData.value(text("desktop-startup-id"));
-  return {(token.isValid() ? token : id).toString().toStdString()};
-}
-
-/// What others call.
-class Adaptor final : public QDBusAbstractAdaptor {
-  Q_OBJECT
-  Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
-
- public:
-  explicit Adaptor(SessionApplication& owner) : QDBusAbstractAdaptor(&owner), owner_(owner) {}
-
- public Q_SLOTS:
-  void Activate(const QVariantMap& data) { Q_EMIT owner_.activated(activationIn(data)); }
-  /// Files are not opened: showing the program is the best answer.
-  void Open(const QStringList& /*uris*/, const QVariantMap& data) { Activate(data); }
-  void ActivateAction(const QString& action, const QVariantList& /*parameter*/,
-                      const QVariantMap& data) {
-    Q_EMIT owner_.actionActivated(action, activationIn(data));
-  }
-
- private:
-  SessionApplication& owner_;
-};
-
 }  // namespace
 
-SessionApplication::SessionApplication()
-    : connection_(QStringLiteral("zelnor-%1").arg(reinterpret_cast<quintptr>(this))),
-      bus_(connection_) {
-  new Adaptor(*this);
-  retry_.setInterval(kBetweenLooks);
-  connect(&retry_, &QTimer::timeout, this, &SessionApplication::reconnect);
-}
+SessionApplication::SessionApplication(std::string busAddress, Told told)
+    : cancellable_(g_cancellable_new()),
+      told_(std::move(told)),
+      session_(std::move(busAddress),
+               {.connected = [this](auto* bus) { connected(bus); }, .lost = [this] { lost(); }}) {}
 
-SessionApplication::~SessionApplication() { QDBusConnection::disconnectFromBus(connection_); }
-
-void SessionApplication::connectToBus() {
-  QDBusConnection::disconnectFromBus(connection_);
-  bus_ = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection_);
-  if (!bus_.isConnected()) return;
-  // Before the name, so that whoever finds the name finds the object.
-  bus_.registerObject(text(kPath), this);
-  bus_.connect({}, text("/org/freedesktop/DBus/Local"), text("org.freedesktop.DBus.Local"),
-               text("Disconnected"), this, SLOT(disconnected()));
-}
+SessionApplication::~SessionApplication() { g_cancellable_cancel(cancellable_.get()); }
 
 SessionApplication::Standing SessionApplication::claim() {
-  connectToBus();
-  if (!bus_.isConnected()) return Standing::noBus;
-  const auto answer = answerTo(bus_.asyncCall(nameRequest(), kPatience.count()));
-  if (answer.type() != QDBusMessage::ReplyMessage) return Standing::noBus;
-  return givesName(answer) ? Standing::first : Standing::second;
+  const auto begin = [this](auto ready) {
+    settled_ = std::move(ready);
+    session_.start();
+  };
+  const auto standing = wait<Standing>(begin);
+  settled_ = {};
+  return standing.value_or(Standing::noBus);
 }
 
-bool SessionApplication::forward(const QString& action, const Activation& activation) {
-  auto call =
-      QDBusMessage::createMethodCall(text(kName), text(kPath), text(kInterface),
-                                     text(action.isEmpty() ? "Activate" : "ActivateAction"));
-  if (!action.isEmpty()) call << action << QVariantList();
-  call << platformData(activation);
-  const auto answer = answerTo(bus_.asyncCall(call, kPatience.count()));
-  return answer.type() == QDBusMessage::ReplyMessage;
+void SessionApplication::settle(Standing standing) {
+  if (const auto settled = std::exchange(settled_, {})) settled(standing);
 }
 
-void SessionApplication::disconnected() { retry_.start(); }
+/// The object before the name, so that whoever finds the name finds the object.
+void SessionApplication::connected(GDBusConnection* bus) {
+  bus_ = bus;
+  const auto tell = [this](const std::string& action, GVariant* arguments) {
+    told_(action, activationIn(arguments));
+    return BusObject::nothing();
+  };
+  // Files are not opened: to show the program is the best answer.
+  const auto show = [tell](GVariant* arguments) { return tell({}, arguments); };
+  object_ = std::make_unique<BusObject>(
+      bus, kPath,
+      BusObject::Description{.introspection = kIntrospection,
+                             .methods = {{"Activate", show},
+                                         {"Open", show},
+                                         {"ActivateAction",
+                                          [tell](GVariant* arguments) {
+                                            return tell(actionIn(arguments), arguments);
+                                          }}},
+                             .properties = {}});
+  callOnBus(bus, kRequestName, g_variant_new("(su)", kName, kDoNotQueue), cancellable_.get(),
+            [this](GVariant* answer) {
+              if (answer == nullptr) return settle(Standing::noBus);
+              settle(givesName(answer) ? Standing::first : Standing::second);
+            });
+}
 
-void SessionApplication::reconnect() {
-  connectToBus();
-  if (!bus_.isConnected()) return;
-  retry_.stop();
-  bus_.asyncCall(nameRequest());
+void SessionApplication::lost() {
+  object_.reset();
+  bus_ = nullptr;
+  settle(Standing::noBus);
+}
+
+bool SessionApplication::forward(const std::string& action, const Activation& activation) {
+  if (bus_ == nullptr) return false;
+  auto* data = platformData(activation);
+  auto* arguments =
+      action.empty() ? g_variant_new("(@a{sv})", data)
+                     : g_variant_new("(s@av@a{sv})", action.c_str(),
+                                     g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0), data);
+  const BusMethod method{.service = kName,
+                         .path = kPath,
+                         .interfaceName = kInterface,
+                         .name = action.empty() ? "Activate" : "ActivateAction"};
+  const GObjectPointer<GCancellable> cancellable(g_cancellable_new());
+  const auto begin = [&](const std::function<void(bool)>& ready) {
+    callOnBus(bus_, method, arguments, cancellable.get(),
+              [ready](GVariant* answer) { ready(answer != nullptr); });
+  };
+  const auto isAnswered = wait<bool>(begin);
+  g_cancellable_cancel(cancellable.get());
+  return isAnswered.value_or(false);
 }
 
 }  // namespace zelnor::platform
-
-#include "SessionApplication.moc"

@@ -1,26 +1,22 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
-
-#include <QDBusConnection>
-#include <QObject>
-#include <QString>
-#include <QTimer>
+#include <string>
 
 #include "platform/FileOpener.h"
+#include "platform/desktop/BusObject.h"
+#include "platform/desktop/BusSession.h"
 
 namespace zelnor::platform {
 
 /// The program as the session bus knows it: one process owns the name `org.zelnor.Zelnor` and is
 /// told by others what to do, with the interface `org.freedesktop.Application` (Desktop Entry
-/// format, D-Bus activation). Main thread only.
+/// format, D-Bus activation). Main thread only, which it never keeps waiting: events are handled.
 ///
 /// A bus that goes away is looked for again until it is back.
-class SessionApplication final : public QObject {
-  Q_OBJECT
-
+class SessionApplication {
  public:
   enum class Standing : std::uint8_t {
     first,   ///< this process owns the name
@@ -33,27 +29,31 @@ class SessionApplication final : public QObject {
   static constexpr const char* kPreferences = "preferences";
   static constexpr const char* kQuit = "quit";
 
-  SessionApplication();
-  ~SessionApplication() override;
+  /// What it was told: one of these, or nothing for showing itself.
+  using Told = std::function<void(const std::string& action, const Activation& activation)>;
 
-  /// Asks for the name. Handles events meanwhile; a bus that does not answer is none.
+  SessionApplication(std::string busAddress, Told told);
+  ~SessionApplication();
+  SessionApplication(const SessionApplication&) = delete;
+  SessionApplication& operator=(const SessionApplication&) = delete;
+
+  /// Asks for the name. A bus that does not answer is none.
   [[nodiscard]] Standing claim();
   /// In a second process: has the first one do `action`, or show itself if that is empty. Answers
   /// whether it said that it would.
-  [[nodiscard]] bool forward(const QString& action, const Activation& activation);
-
- Q_SIGNALS:
-  void activated(const zelnor::platform::Activation& activation);
-  void actionActivated(const QString& action, const zelnor::platform::Activation& activation);
+  [[nodiscard]] bool forward(const std::string& action, const Activation& activation);
 
  private:
-  void connectToBus();
-  void reconnect();
-  Q_SLOT void disconnected();
+  void connected(GDBusConnection* bus);
+  void lost();
+  void settle(Standing standing);
 
-  const QString connection_;  ///< its name in Qt
-  QDBusConnection bus_;
-  QTimer retry_;
+  const GObjectPointer<GCancellable> cancellable_;  ///< of what is asked of the bus
+  const Told told_;
+  BusSession session_;
+  GDBusConnection* bus_ = nullptr;  ///< nothing while there is none
+  std::unique_ptr<BusObject> object_;
+  std::function<void(Standing)> settled_;  ///< told once, while somebody waits
 };
 
 }  // namespace zelnor::platform

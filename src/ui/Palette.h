@@ -18,6 +18,9 @@ inline const QColor kSelection = rgb(0.88F, 0.94F, 1.00F);
 inline const QColor kHover = rgb(0.94F, 0.94F, 0.96F);
 inline const QColor kChip = rgb(0.88F, 0.88F, 0.90F);
 inline const QColor kOutline = rgb(0.80F, 0.80F, 0.83F);
+inline const QColor kGreen = rgb(0.22F, 0.72F, 0.33F);
+inline const QColor kOrange = rgb(0.95F, 0.52F, 0.12F);
+inline const QColor kSwitchOff = rgb(0.82F, 0.82F, 0.84F);
 inline const QColor kRed = rgb(0.90F, 0.22F, 0.22F);
 inline const QColor kSeparator = rgb(0.88F, 0.88F, 0.90F);
 

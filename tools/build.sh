@@ -5,8 +5,9 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libsqlite3-dev libasio-dev libicu-dev nlohmann-json3-dev
-  libglib2.0-dev qt6-base-dev qt6-svg-dev libcli11-dev libgtest-dev libgmock-dev shared-mime-info dbus-daemon)
+  libglib2.0-dev qt6-base-dev qt6-svg-dev libcli11-dev libgtest-dev libgmock-dev shared-mime-info librsvg2-bin)
 RUN_PACKAGES=(qt6-qpa-plugins fonts-noto-cjk adwaita-icon-theme libqt6svg6 shared-mime-info)
+TEST_PACKAGES=(dbus-daemon desktop-file-utils appstream man-db zsh fish)
 LINT_PACKAGES=(clang-format-19 clang-tidy-19)
 
 # install_packages <why> <package>…: installs those that are not there, saying so first.

@@ -41,7 +41,9 @@ class TrayItem {
     /// A bar that does not open the menu itself asks for it at this point of the screen. Answers
     /// false if that is not possible, so that the bar may yet do so.
     std::function<bool(int x, int y)> menuRequested;
-    /// Whether a bar shows the item from now on. Comes once soon after `show`, then as it changes.
+    /// Whether a bar shows the item from now on. Comes once soon after `show`, then as it changes;
+    /// not while the program that knows the bars does not answer, which others had better not ask
+    /// either.
     std::function<void(bool isShown)> shownChanged;
   };
 

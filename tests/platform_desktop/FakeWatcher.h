@@ -41,6 +41,7 @@ class FakeWatcher {
   /// The items that registered, by the names of their connections.
   [[nodiscard]] const std::vector<std::string>& items() const { return items_; }
 
+  void setRefuses() { refuses_ = true; }
   void setHasHost(bool hasHost) {
     hasHost_ = hasHost;
     g_dbus_connection_emit_signal(
@@ -82,7 +83,7 @@ class FakeWatcher {
       const char* name = nullptr;
       g_variant_get(arguments, "(&s)", &name);
       items_.emplace_back(name);
-      return platform::BusObject::nothing();
+      return refuses_ ? nullptr : platform::BusObject::nothing();
     };
     object_ = std::make_unique<platform::BusObject>(
         bus, kPath,
@@ -102,6 +103,7 @@ class FakeWatcher {
 
   bool hasHost_;
   bool isReady_ = false;
+  bool refuses_ = false;
   std::vector<std::string> items_;
   const platform::GObjectPointer<GCancellable> cancellable_{g_cancellable_new()};
   platform::BusSession session_;

@@ -92,6 +92,18 @@ TEST_F(TrayItemTest, IsShownOnlyWhereTheWatcherHasABar) {
   waitForShown({false, true, false});
 }
 
+TEST_F(TrayItemTest, SaysNothingOfABarThatDoesNotTakeIt) {
+  auto bar = watcher();
+  bar->setRefuses();
+  show();
+  runLoopUntil([&] { return !bar->items().empty(); });
+  // The refusal came before this question.
+  EXPECT_TRUE(bar->ask(kItem, "org.freedesktop.DBus.Peer", "Ping", nullptr));
+  EXPECT_TRUE(shown_.empty());
+  bar.reset();
+  waitForShown({false});
+}
+
 TEST_F(TrayItemTest, ComesBackWithTheBusAndIsQuietWithoutOne) {
   auto bar = watcher();
   show();

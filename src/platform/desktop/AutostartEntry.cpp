@@ -36,8 +36,10 @@ std::optional<AutostartEntry> AutostartEntry::read(const std::string& path) {
   const auto content = readFile(path);
   if (!content) return std::nullopt;
   AutostartEntry entry;
+  // NOLINTBEGIN(clang-analyzer-optin.core.EnumCastOutOfRange): bits
   constexpr auto kEverything =
       static_cast<GKeyFileFlags>(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);
+  // NOLINTEND(clang-analyzer-optin.core.EnumCastOutOfRange)
   GLibError damaged;
   g_key_file_load_from_data(entry.file_.get(), content->data(), content->size(), kEverything,
                             damaged.out());

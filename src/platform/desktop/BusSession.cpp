@@ -49,10 +49,11 @@ BusSession::~BusSession() {
 }
 
 void BusSession::start() {
-  // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): they are bits
+  // NOLINTBEGIN(clang-analyzer-optin.core.EnumCastOutOfRange): bits
   constexpr auto kFlags =
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+  // NOLINTEND(clang-analyzer-optin.core.EnumCastOutOfRange)
   g_dbus_connection_new_for_address(address_.c_str(), kFlags, /*observer=*/nullptr,
                                     cancellable_.get(), opened, this);
 }

@@ -93,6 +93,7 @@ void MenuBarManager::setShownByBar(bool isShown) {
   if (isShown) {
     older_.reset();
   } else if (!older_ && isOnX11()) {
+    // Qt asks for a bar of the newer kind once more, and waits; there is none to wait for.
     older_ = std::make_unique<XEmbedTrayIcon>(kItemSymbol, toolTip(), *menu_);
   }
 }

@@ -116,7 +116,7 @@ void DesktopTrayItem::registerWithWatcher() {
   const auto registered = [this, watcher = ++watchers_](GVariant* answer) {
     if (watcher != watchers_) return;
     isRegistered_ = answer != nullptr;
-    isRegistered_ ? askForHost() : setShown(false);
+    if (isRegistered_) askForHost();
   };
   callOnBus(bus_,
             {.service = kWatcher,

@@ -1,12 +1,9 @@
 #include "platform/desktop/DesktopActivationSource.h"
 
-#include <unistd.h>
-
-#include <string>
-
 #include <QGuiApplication>
 #include <QInputEvent>
-#include <QSysInfo>
+
+#include "platform/desktop/StartupId.h"
 
 namespace zelnor::platform {
 
@@ -49,9 +46,7 @@ bool DesktopActivationSource::eventFilter(QObject* watched, QEvent* event) {
 void DesktopActivationSource::request(Ready ready) {
   Activation activation;
   if (isX11() && lastInput_ != 0) {
-    activation.token = "zelnor-" + std::to_string(::getpid()) + '-' +
-                       QSysInfo::machineHostName().toStdString() + '-' +
-                       std::to_string(++sequence_) + "_TIME" + std::to_string(lastInput_);
+    activation.token = startupId(lastInput_);
   }
   ready(std::move(activation));
 }

@@ -21,7 +21,6 @@ class DesktopActivationSource final : public QObject, public ActivationSource {
 
  private:
   std::uint64_t lastInput_ = 0;  ///< the window system's milliseconds; 0 if there was none
-  unsigned sequence_ = 0;
 };
 
 }  // namespace zelnor::platform

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <future>
 #include <stdexcept>
 
 namespace zelnor::test {
@@ -81,10 +80,8 @@ GLibPointer<GVariant> askBus(GDBusConnection* bus, const char* method, GVariant*
 }  // namespace
 
 PrivateBus::PrivateBus()
-    : daemon_(QStringLiteral("dbus-daemon"),
-              {QStringLiteral("--nofork"), QStringLiteral("--print-address=1"),
-               QStringLiteral("--config-file=") +
-                   QString::fromStdString(folder_.file("bus.conf", kBusConfiguration))}) {
+    : daemon_({"dbus-daemon", "--nofork", "--print-address=1",
+               "--config-file=" + folder_.file("bus.conf", kBusConfiguration)}) {
   setenv("DBUS_SESSION_BUS_ADDRESS", daemon_.firstLine().c_str(), /*overwrite=*/1);
 }
 
@@ -133,12 +130,25 @@ FakePortal::~FakePortal() {
 
 void FakePortal::runInThread(const std::function<void()>& work) {
   std::packaged_task<void()> task(work);
-  const auto run = [](gpointer given) -> gboolean {
-    (*static_cast<std::packaged_task<void()>*>(given))();
+  auto done = task.get_future();
+  {
+    // Handed over under a lock of ours, because the thread sanitizer does not see GLib's.
+    const std::scoped_lock lock(mutex_);
+    work_ = std::move(task);
+  }
+  const auto run = [](gpointer self) -> gboolean {
+    static_cast<FakePortal*>(self)->runWork();
     return G_SOURCE_REMOVE;
   };
-  g_main_context_invoke(context_, run, &task);
-  task.get_future().wait();
+  g_main_context_invoke(context_, run, this);
+  done.wait();
+}
+
+void FakePortal::runWork() {
+  std::unique_lock lock(mutex_);
+  auto work = std::move(work_);
+  lock.unlock();
+  work();
 }
 
 void FakePortal::onCall(const std::string& sender, const std::string& method, GVariant* arguments,

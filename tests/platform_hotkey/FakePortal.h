@@ -1,7 +1,7 @@
 #pragma once
 
-#include <condition_variable>
 #include <functional>
+#include <future>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -58,6 +58,7 @@ class FakePortal {
 
  private:
   void runInThread(const std::function<void()>& work);
+  void runWork();
   void onCall(const std::string& sender, const std::string& method, GVariant* arguments,
               GDBusMethodInvocation* invocation);
   void respond(const std::string& sender, GVariant* options, GVariant* results, guint32 code);
@@ -72,6 +73,7 @@ class FakePortal {
   platform::GObjectPointer<GDBusConnection> bus_;
   std::mutex mutex_;
   std::vector<Binding> bindings_;
+  std::packaged_task<void()> work_;
   std::thread thread_;
 };
 

@@ -6,8 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QProcess>
-
+#include "tests/platform_hotkey/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace zelnor::test {
@@ -63,9 +62,7 @@ class Schemas final : public testing::Environment {
  private:
   static void compile(const std::string& name, const char* content) {
     folder()->file(name + "/test.gschema.xml", content);
-    if (QProcess::execute(QStringLiteral("glib-compile-schemas"),
-                          {QStringLiteral("--strict"), QString::fromStdString(*folder() / name)}) !=
-        0) {
+    if (!runProgram({"glib-compile-schemas", "--strict", *folder() / name})) {
       throw std::runtime_error("glib-compile-schemas");
     }
   }

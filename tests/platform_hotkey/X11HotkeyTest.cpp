@@ -1,11 +1,11 @@
-#include <memory>
+#include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QProcess>
 #include <QWindow>
 
 #include "platform/desktop/hotkey/Combination.h"
@@ -47,13 +47,9 @@ class X11HotkeyTest : public testing::Test {
     return runUntil([&] { return tokens_.size() >= times; });
   }
 
-  test::ChildProcess server_{
-      QStringLiteral("Xvfb"),
-      {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-nolisten"),
-       QStringLiteral("tcp"), QStringLiteral("-noreset"), QStringLiteral("-screen"),
-       QStringLiteral("0"), QStringLiteral("64x64x24"), QStringLiteral("-ardelay"),
-       QString::number(kRepeatMilliseconds.count()), QStringLiteral("-arinterval"),
-       QString::number(kRepeatMilliseconds.count())}};
+  const std::string repeat_ = std::to_string(kRepeatMilliseconds.count());
+  test::ChildProcess server_{{"Xvfb", "-displayfd", "1", "-nolisten", "tcp", "-noreset", "-screen",
+                              "0", "64x64x24", "-ardelay", repeat_, "-arinterval", repeat_}};
   const std::string display_ = ':' + server_.firstLine();
   TestKeyboard keyboard_{display_};
   std::vector<std::string> tokens_;
@@ -110,12 +106,8 @@ TEST_F(X11HotkeyTest, AKeyThatIsHeldIsOnePressAndTwoHundredFastOnesAreTwoHundred
 TEST_F(X11HotkeyTest, WorksInEveryLayoutAndAfterItChanged) {
   X11Hotkey hotkey(display_, std::chrono::milliseconds(0));
   grab(hotkey, {.keyCode = 12, .modifiers = HotkeyConfiguration::kOption});
-  ASSERT_EQ(QProcess::execute(
-                QStringLiteral("setxkbmap"),
-                {QStringLiteral("-display"), QString::fromStdString(display_),
-                 QStringLiteral("-layout"), QStringLiteral("fr,ru"), QStringLiteral("-option"),
-                 QStringLiteral("grp:caps_toggle,altwin:swap_alt_win")}),
-            0);
+  ASSERT_TRUE(test::runProgram({"setxkbmap", "-display", display_, "-layout", "fr,ru", "-option",
+                                "grp:caps_toggle,altwin:swap_alt_win"}));
   // Alt is where Super was, which the grab has to follow.
   ASSERT_TRUE(runUntil([&] { return keyboard_.isTaken(24, XCB_MOD_MASK_1); }));
   keyboard_.tap({TestKeyboard::kSuper, 24});
@@ -242,6 +234,25 @@ TEST_F(X11HotkeyTest, WhatIsNoCombinationAndALostServerAreRefused) {
   X11Hotkey without(display_);
   grab(without);
   EXPECT_EQ(refusals_, std::vector<int>(2, kHotkeyUnavailable));
+}
+
+TEST(GrabFocusFilter, OnlyWhatAGrabDoesToTheFocusIsKeptFromQt) {
+  GrabFocusFilter filter;
+  const auto isKept = [&](std::uint8_t type, std::uint8_t mode, const char* kind) {
+    xcb_focus_in_event_t event{};
+    event.response_type = type;
+    event.mode = mode;
+    return filter.nativeEventFilter(kind, &event, /*result=*/nullptr);
+  };
+  constexpr const char* kEvent = "xcb_generic_event_t";
+  for (const auto type : {std::uint8_t{XCB_FOCUS_IN}, std::uint8_t{XCB_FOCUS_OUT}}) {
+    EXPECT_TRUE(isKept(type, XCB_NOTIFY_MODE_GRAB, kEvent));
+    EXPECT_TRUE(isKept(type, XCB_NOTIFY_MODE_UNGRAB, kEvent));
+    EXPECT_FALSE(isKept(type, XCB_NOTIFY_MODE_NORMAL, kEvent));
+    EXPECT_FALSE(isKept(type, XCB_NOTIFY_MODE_WHILE_GRABBED, kEvent));
+    EXPECT_FALSE(isKept(type, XCB_NOTIFY_MODE_GRAB, "windows_generic_MSG"));
+  }
+  EXPECT_FALSE(isKept(XCB_ENTER_NOTIFY, XCB_NOTIFY_MODE_GRAB, kEvent));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include "platform/GlobalHotkey.h"
+#include "platform/desktop/hotkey/GrabFocusFilter.h"
 #include "platform/desktop/hotkey/X11Connection.h"
 #include "platform/desktop/hotkey/X11Grab.h"
 
@@ -19,7 +20,7 @@ namespace zelnor::platform {
 ///
 /// What is typed right after the combination is meant for the window that it brings up. So the
 /// server keeps all keys back from the press until a window of this program has the focus, at most
-/// as long as the patience; then they arrive there.
+/// as long as the patience; then they arrive there. Qt is not told that a grab takes the focus.
 ///
 /// Refuses with the X error's number. If the server goes, nothing is heard any more. Waits for the
 /// server, never for a program. Needs a QGuiApplication.
@@ -48,6 +49,7 @@ class X11Hotkey final : public GlobalHotkey {
   void allow(std::uint8_t mode);
   void takeGrab();
 
+  GrabFocusFilter focusFilter_;
   X11Connection connection_;
   std::unique_ptr<QSocketNotifier> readable_;  ///< none without a server
   HotkeyConfiguration combination_;

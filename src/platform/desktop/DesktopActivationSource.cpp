@@ -1,6 +1,9 @@
 #include "platform/desktop/DesktopActivationSource.h"
 
+#include <string>
 #include <utility>
+
+#include <qpa/qplatformnativeinterface.h>
 
 #include <QGuiApplication>
 #include <QInputEvent>
@@ -31,10 +34,34 @@ bool isDeliberate(QEvent::Type type) {
 
 bool isX11() { return QGuiApplication::platformName() == QStringLiteral("xcb"); }
 
+/// What Qt's Wayland plug-in has under that name; null elsewhere.
+template <class T>
+T* waylandObject(const char* name) {
+  if (!QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))) return nullptr;
+  auto* const native = QGuiApplication::platformNativeInterface();
+  return static_cast<T*>(native->nativeResourceForIntegration(name));
+}
+
+WaylandActivation::Input lastWaylandInput() {
+  WaylandActivation::Input input;
+  if (auto* const window = QGuiApplication::focusWindow()) {
+    input.surface = static_cast<wl_surface*>(
+        QGuiApplication::platformNativeInterface()->nativeResourceForWindow("surface", window));
+  }
+  // A number in the place of a pointer; 0 before the first key or click.
+  input.serial =
+      static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(waylandObject<void>("serial")));
+  if (input.serial != 0) input.seat = waylandObject<wl_seat>("wl_seat");
+  return input;
+}
+
 }  // namespace
 
 DesktopActivationSource::DesktopActivationSource(QObject* parent) : QObject(parent) {
   QCoreApplication::instance()->installEventFilter(this);
+  if (auto* const display = waylandObject<wl_display>("wl_display")) {
+    wayland_ = std::make_unique<WaylandActivation>(display);
+  }
 }
 
 bool DesktopActivationSource::eventFilter(QObject* watched, QEvent* event) {
@@ -46,10 +73,14 @@ bool DesktopActivationSource::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void DesktopActivationSource::request(Ready ready) {
-  Activation activation;
-  if (isX11() && lastInput_ != 0) {
-    activation.token = startupId(lastInput_);
+  if (wayland_) {
+    wayland_->request(lastWaylandInput(), [ready = std::move(ready)](std::string token) {
+      ready({.token = std::move(token)});
+    });
+    return;
   }
+  Activation activation;
+  if (isX11() && lastInput_ != 0) activation.token = startupId(lastInput_);
   ready(std::move(activation));
 }
 

@@ -1,15 +1,19 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include <QObject>
 
 #include "platform/ActivationSource.h"
+#include "platform/desktop/WaylandActivation.h"
 
 namespace zelnor::platform {
 
-/// Makes startup notification ids (freedesktop.org startup notification protocol) of the time of
-/// the user's last key or click in any window of the program. Needs a QGuiApplication; main thread.
+/// On X11, makes startup notification ids (freedesktop.org startup notification protocol) of the
+/// time of the user's last key or click in any window of the program; on Wayland, asks the
+/// compositor for a token for it, at most for a second. Needs a QGuiApplication, which it does not
+/// outlive; main thread.
 class DesktopActivationSource final : public QObject, public ActivationSource {
  public:
   explicit DesktopActivationSource(QObject* parent = nullptr);
@@ -21,6 +25,7 @@ class DesktopActivationSource final : public QObject, public ActivationSource {
 
  private:
   std::uint64_t lastInput_ = 0;  ///< the window system's milliseconds; 0 if there was none
+  std::unique_ptr<WaylandActivation> wayland_;  ///< only there
 };
 
 }  // namespace zelnor::platform

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 
 #include <QString>
@@ -10,7 +11,7 @@
 namespace zelnor::platform {
 
 std::string startupId(std::uint64_t time) {
-  static unsigned sequence = 0;
+  static std::atomic<unsigned> sequence = 0;
   return "zelnor-" + std::to_string(::getpid()) + '-' + QSysInfo::machineHostName().toStdString() +
          '-' + std::to_string(++sequence) + "_TIME" + std::to_string(time);
 }

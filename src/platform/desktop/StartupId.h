@@ -6,7 +6,7 @@
 namespace zelnor::platform {
 
 /// A new startup notification id (freedesktop.org startup notification protocol), which holds the
-/// time of the user's last input in the X server's milliseconds. Main thread.
+/// time of the user's input in the X server's milliseconds.
 std::string startupId(std::uint64_t time);
 
 /// What another program says is the time of an input: whether the X server of this machine may have

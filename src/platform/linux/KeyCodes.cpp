@@ -72,8 +72,11 @@ constexpr std::array kKeys{
     Key{51, KEY_BACKSPACE},
     Key{53, KEY_ESC},
     Key{110, KEY_COMPOSE},
-    // Function keys. Those after F12 are the upper right keys of a PC keyboard on some systems;
-    // here they are themselves.
+    // Function keys. On some systems those after F12 stand for the keys that a PC has in their
+    // place; here both are themselves, and a PC's keys have numbers behind the last of the others.
+    Key{128, KEY_SYSRQ},
+    Key{129, KEY_SCROLLLOCK},
+    Key{130, KEY_PAUSE},
     Key{122, KEY_F1},
     Key{120, KEY_F2},
     Key{99, KEY_F3},

@@ -4,13 +4,17 @@
 #include <array>
 #include <chrono>
 #include <functional>
+#include <iterator>
 #include <stdexcept>
 #include <vector>
 
 #include <QScrollBar>
 #include <QTimer>
 
+#include "app/AppEnvironment.h"
 #include "app/DesktopServices.h"
+#include "app/SearchWindowController.h"
+#include "bench/HotkeyMeasurements.h"
 #include "bench/MainThreadPulse.h"
 #include "bench/Statistics.h"
 #include "bench/Stopwatch.h"
@@ -24,6 +28,7 @@
 #include "platform/desktop/QtMainExecutor.h"
 #include "search/SearchEngine.h"
 #include "search/SearchServices.h"
+#include "shell/Preferences.h"
 #include "tests/support/TemporaryFolder.h"
 #include "ui/list/ResultRows.h"
 #include "ui/panel/SearchView.h"
@@ -49,11 +54,11 @@ class Panel {
  public:
   explicit Panel(const std::string& data)
       : database_(data, pool_.executor(), DatabaseManager::Access::readOnly) {
-    view_.show();
+    controller_.showWindow({});
     handleEventsFor(kSettling);
   }
   ~Panel() {
-    view_.hide();
+    controller_.close();
     bool isStopped = false;
     desktop_.stop([&] { search_.stop([&] { bookmarks_.stop([&] { isStopped = true; }); }); });
     waitFor([&] { return isStopped; });
@@ -78,8 +83,10 @@ class Panel {
 
   TimedSource& source() { return source_; }
   SearchViewModel& model() { return search_; }
-  ui::SearchView& view() { return view_; }
-  ui::ResultRows& rows() { return *view_.findChild<ui::ResultRows*>(); }
+  app::SearchWindowController& controller() { return controller_; }
+  ui::SearchView& view() { return controller_.view(); }
+  [[nodiscard]] tasks::Executor main() const { return main_.executor(); }
+  ui::ResultRows& rows() { return *view().findChild<ui::ResultRows*>(); }
 
  private:
   const test::TemporaryFolder folder_;
@@ -96,8 +103,12 @@ class Panel {
   BookmarkPersistenceService bookmarkFiles_{folder_.path(), pool_.executor()};
   BookmarkViewModel bookmarks_{BookmarkServices{bookmarkFiles_, main_.executor()}};
   app::DesktopServices desktop_{main_.executor(), clock_};
-  ui::SearchView view_{
-      {search_, bookmarks_, desktop_.files(), desktop_.clipboard(), &desktop_.icons()}};
+  Preferences preferences_{defaults_, main_.executor(), pool_.executor()};
+  platform::DesktopWindows windows_;
+  app::SearchWindowController controller_{
+      {search_, bookmarks_, desktop_.files(), desktop_.clipboard(), &desktop_.icons()},
+      preferences_,
+      windows_};
 };
 
 Figure milliseconds(const std::string& name, double seconds) {
@@ -180,15 +191,37 @@ void measureMemory(Panel& panel, Figures& figures) {
                      .value = grown / kMega});
 }
 
+void measureComing(Panel& panel, const std::string& tree, Figures& figures) {
+  const auto measure = [&](const std::string& when) {
+    std::ranges::move(measureHotkey(panel.controller(), panel.main(), when),
+                      std::back_inserter(figures));
+  };
+  measure("");
+  if (tree.empty()) return;
+  const test::TemporaryFolder folder;
+  app::AppEnvironment other({.homeFolder = tree,
+                             .dataFolder = folder / "data",
+                             .settingsFolder = folder / "settings",
+                             .roots = {tree},
+                             .action = {}});
+  other.open(kPatience);
+  other.startIndexing();
+  handleEventsFor(kSettling);
+  measure(", while a tree is indexed");
+  other.shutDown();
+}
+
 }  // namespace
 
-Figures measurePanel(PaintWatch& application, const std::string& data) {
+Figures measurePanel(PaintWatch& application, const std::string& data, const std::string& tree) {
   Figures figures;
   Panel panel(data);
   measureMemory(panel, figures);
   measureAnswers(panel, application, figures);
   measureOpening(panel, figures);
   measureScrolling(panel, figures);
+  panel.model().setQueryText({});
+  measureComing(panel, tree, figures);
   return figures;
 }
 

@@ -21,6 +21,7 @@ namespace {
 
 struct Options {
   std::string folder;
+  std::string tree;
   std::string text = "report";
   bool json = false;
 };
@@ -81,10 +82,14 @@ void addTyping(CLI::App& program, Options& options, int argc, char** argv) {
 void addPanel(CLI::App& program, Options& options, int argc, char** argv) {
   auto* command = program.add_subcommand("panel", "The panel on an index");
   addFolder(*command, options, "The folder that holds the index")->check(CLI::ExistingDirectory);
+  command
+      ->add_option("--tree", options.tree,
+                   "Press the hot key also while this tree is indexed in the background")
+      ->check(CLI::ExistingDirectory);
   command->add_flag("--json", options.json, "Print JSON");
   command->callback([&options, argc, argv] {
     run(argc, argv, ui::Style::Motion::animated, [&](PaintWatch& application) {
-      return answer(measurePanel(application, options.folder), options);
+      return answer(measurePanel(application, options.folder, options.tree), options);
     });
   });
 }

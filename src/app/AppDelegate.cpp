@@ -1,48 +1,126 @@
 #include "app/AppDelegate.h"
 
-#include <QWidget>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
 
 #include "app/AppEnvironment.h"
 #include "app/SearchWindowController.h"
+#include "platform/desktop/hotkey/GlobalHotkeys.h"
+#include "ui/DisplayText.h"
 #include "ui/panel/SearchView.h"
 
 namespace zelnor::app {
 
-AppDelegate::AppDelegate(AppEnvironment& environment) : environment_(environment) {}
+namespace {
+
+/// "~/.local/share/Zelnor/"
+QString folderText(const std::string& folder, const std::string& home) {
+  const bool isInHome = folder.starts_with(home + "/");
+  return ui::displayText((isInHome ? "~" + folder.substr(home.size()) : folder) + "/");
+}
+
+/// On the screen that the user is at.
+void centre(QWidget& window) {
+  const auto* screen = QGuiApplication::screenAt(QCursor::pos());
+  if (screen == nullptr) screen = window.screen();
+  QRect frame(QPoint(), window.size());
+  frame.moveCenter(screen->availableGeometry().center());
+  window.move(frame.topLeft());
+}
+
+}  // namespace
+
+AppDelegate::AppDelegate(AppEnvironment& environment)
+    : environment_(environment),
+      menuBar_(trayItem_, environment.desktop().activation()),
+      hotkey_(platform::makeGlobalHotkey(environment.main(),
+                                         QCoreApplication::applicationFilePath().toStdString())),
+      hotkeyManager_(*hotkey_) {}
 
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
+  setUpMenuBar();
+  makePanel();
+  // Another Zelnor, whose index is elsewhere, must not take the user's own one's place.
+  if (!environment_.options().isApart) reregisterHotkey(environment_.preferences().hotkey());
+  listen();
+  environment_.startIndexing();
+}
+
+void AppDelegate::setUpMenuBar() {
+  menuBar_.setup([this](const platform::Activation& activation) { showSearch(activation); },
+                 [this](const platform::Activation& activation) { showSettingsWindow(activation); },
+                 &AppDelegate::terminate);
+}
+
+void AppDelegate::makePanel() {
   auto& desktop = environment_.desktop();
   searchWindowController_ = std::make_unique<SearchWindowController>(
       ui::SearchPanelServices{environment_.searchViewModel(), environment_.bookmarkViewModel(),
                               desktop.files(), desktop.clipboard(), &desktop.icons()},
-      environment_.preferences());
-  connectPanel();
-  environment_.startIndexing();
+      environment_.preferences(), windows_);
 }
 
-void AppDelegate::connectPanel() {
+void AppDelegate::reregisterHotkey(const platform::HotkeyConfiguration& config) {
+  hotkeyManager_.registerHotkey(
+      config, [this](const platform::Activation& activation) { showSearch(activation); });
+}
+
+void AppDelegate::listen() {
   auto* view = &searchWindowController_->view();
-  const auto showIndexing = [view](const IndexStatus& status) {
+  const auto showStatus = [this, view](const IndexStatus& status) {
     view->setIndexing(status.state.kind == IndexStatus::State::Kind::indexing,
                       status.processedFiles, status.totalFiles);
+    if (settingsWindow_) settingsWindow_->setStatus(status);
   };
-  connect(&environment_, &AppEnvironment::indexStatusChanged, view, showIndexing);
+  connect(&environment_, &AppEnvironment::indexStatusChanged, view, showStatus);
   connect(&environment_, &AppEnvironment::noticeChanged, view, &ui::SearchView::setNotice);
   connect(&environment_, &AppEnvironment::failed, view, &ui::SearchView::setFailure);
   connect(&environment_.preferences(), &Preferences::notStored, view,
           [view] { view->setNotice(QStringLiteral(u"设置无法保存，退出后将丢失")); });
+  connect(view, &ui::SearchView::settingsRequested, this, [this] {
+    environment_.desktop().activation().request(
+        [this](const platform::Activation& activation) { showSettingsWindow(activation); });
+  });
 }
-
-void AppDelegate::applicationWillTerminate() { searchWindowController_->close(); }
 
 void AppDelegate::showSearch(const platform::Activation& activation) {
   searchWindowController_->showWindow(activation);
 }
 
-void AppDelegate::showSettingsWindow(const platform::Activation& /*activation*/) {}
+void AppDelegate::showSettingsWindow(const platform::Activation& activation) {
+  if (!settingsWindow_ || !settingsWindow_->isVisible()) settingsWindow_ = makeSettings();
+  settingsWindow_->showNormal();
+  windows_.activate(*settingsWindow_->windowHandle(), activation);
+}
 
-void AppDelegate::reregisterHotkey(const platform::HotkeyConfiguration& /*config*/) {}
+std::unique_ptr<ui::SettingsView> AppDelegate::makeSettings() {
+  const auto& options = environment_.options();
+  auto settings = std::make_unique<ui::SettingsView>(ui::SettingsServices{
+      .general = {.launchService = environment_.desktop().launchService(),
+                  .preferences = environment_.preferences(),
+                  .version = QStringLiteral(ZELNOR_VERSION),
+                  .dataFolder = folderText(options.dataFolder, options.homeFolder)},
+      .index = environment_.indexViewModel(),
+      .bookmarks = environment_.bookmarkViewModel()});
+  settings->setStatus(environment_.indexStatus());
+  centre(*settings);
+  connect(settings.get(), &ui::SettingsView::hotkeyConfigChanged, this,
+          &AppDelegate::reregisterHotkey);
+  connect(settings.get(), &ui::SettingsView::isRecordingChanged, this,
+          [this](bool isRecording) { hotkeyManager_.setSuspended(isRecording); });
+  return settings;
+}
+
+void AppDelegate::terminate() { QCoreApplication::exit(); }
+
+void AppDelegate::applicationWillTerminate() {
+  searchWindowController_->close();
+  if (settingsWindow_) settingsWindow_->hide();
+  hotkeyManager_.unregister();
+}
 
 }  // namespace zelnor::app

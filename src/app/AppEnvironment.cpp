@@ -112,14 +112,14 @@ tasks::Async<void> AppEnvironment::searchOnly(std::stop_token stop) {
   IndexStatus status;
   status.totalFiles = co_await index_.engine().totalIndexedCount();
   Q_EMIT noticeChanged(QStringLiteral(u"另一个进程正在维护索引，此窗口只能搜索"));
-  Q_EMIT indexStatusChanged(status);
+  show(status);
   co_await index_.takeOver(std::move(stop));
 }
 
 tasks::Async<void> AppEnvironment::maintain(std::stop_token stop) {
   auto& indexer = *index_.indexer();
   observation_ = indexer.status().observe([this](const IndexStatus& status) {
-    Q_EMIT indexStatusChanged(status);
+    show(status);
     searchViewModel_->indexChanged();
   });
   Q_EMIT noticeChanged({});
@@ -135,6 +135,11 @@ tasks::Async<void> AppEnvironment::maintain(std::stop_token stop) {
     config.includedPaths = options_.roots;
     co_await indexer.rebuildIndex(std::move(config));
   }
+}
+
+void AppEnvironment::show(const IndexStatus& status) {
+  status_ = status;
+  Q_EMIT indexStatusChanged(status);
 }
 
 void AppEnvironment::report(const std::string& reason) {

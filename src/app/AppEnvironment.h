@@ -45,6 +45,9 @@ class AppEnvironment final : public QObject {
   [[nodiscard]] Preferences& preferences() { return preferences_; }
   [[nodiscard]] DesktopServices& desktop() { return desktop_; }
   [[nodiscard]] const Options& options() const { return options_; }
+  [[nodiscard]] tasks::Executor main() const { return main_.executor(); }
+  /// As last signalled.
+  [[nodiscard]] const IndexStatus& indexStatus() const { return status_; }
 
   /// Opens the index, which is made if there is none, on another thread; events are handled
   /// meanwhile. Answers why it cannot be used, in words for the user; nothing if it is open, or if
@@ -75,6 +78,7 @@ class AppEnvironment final : public QObject {
   tasks::Async<void> searchOnly(std::stop_token stop);
   tasks::Async<void> maintain(std::stop_token stop);
   tasks::Async<void> endEverything();
+  void show(const IndexStatus& status);
   void report(const std::string& reason);
 
   const Options options_;
@@ -90,6 +94,7 @@ class AppEnvironment final : public QObject {
   std::shared_ptr<tasks::Completion<bool>> opening_ = std::make_shared<tasks::Completion<bool>>();
   std::optional<std::string> openingFailure_;
   LiveIndexStatus::Observation observation_;
+  IndexStatus status_;
   Preferences preferences_;
   std::unique_ptr<SearchViewModel> searchViewModel_;
   std::unique_ptr<IndexViewModel> indexViewModel_;

@@ -80,7 +80,7 @@ int handOver(platform::SessionApplication& session, const Options& options,
 void act(AppDelegate& delegate, const std::string& action, const platform::Activation& activation) {
   using Session = platform::SessionApplication;
   if (action == Session::kQuit) {
-    QCoreApplication::quit();
+    AppDelegate::terminate();
   } else if (action == Session::kPreferences) {
     delegate.showSettingsWindow(activation);
   } else if (action.empty() || action == Session::kSearch) {
@@ -114,7 +114,7 @@ class Requests {
 
 int runFirst(Options options, Requests& requests) {
   const TerminationSignals signals;
-  QObject::connect(&signals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
+  QObject::connect(&signals, &TerminationSignals::received, qApp, &AppDelegate::terminate);
   AppEnvironment environment(std::move(options));
   if (const auto failure = environment.open(kOpeningPatience)) {
     std::fprintf(stderr, "DatabaseManager init failed: %s\n", failure->c_str());
@@ -174,7 +174,7 @@ int run(int argc, char** argv) {
   int nameAlone = 1;
   QApplication application(nameAlone, argv);
   QApplication::setApplicationName(QStringLiteral("Zelnor"));
-  QApplication::setDesktopFileName(QStringLiteral("zelnor"));
+  QApplication::setDesktopFileName(QStringLiteral("org.zelnor.Zelnor"));
   ui::applyStyle(application);
   QApplication::setQuitOnLastWindowClosed(false);
   return runOnce(std::get<Options>(std::move(options)));

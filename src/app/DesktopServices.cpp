@@ -31,9 +31,12 @@ DesktopServices::DesktopServices(const tasks::Executor& main, tasks::Clock& cloc
     : blocking_(kBlockingThreads),
       iconLookUps_(/*threads=*/1, platform::enterBackgroundPriority),
       icons_(iconServices(main, iconLookUps_.executor())),
-      files_(FileOperationServices{actions_, opener_, activation_, clock, main,
-                                   blocking_.executor()}) {}
+      files_(
+          FileOperationServices{actions_, opener_, activation_, clock, main, blocking_.executor()}),
+      launchService_(loginItem_, main, blocking_.executor()) {}
 
-void DesktopServices::stop(std::function<void()> stopped) { files_.stop(std::move(stopped)); }
+void DesktopServices::stop(std::function<void()> stopped) {
+  files_.stop([this, stopped = std::move(stopped)] { launchService_.stop(stopped); });
+}
 
 }  // namespace zelnor::app

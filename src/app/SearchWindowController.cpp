@@ -28,8 +28,9 @@ std::vector<ScreenArea> screenAreas() {
 }  // namespace
 
 SearchWindowController::SearchWindowController(const ui::SearchPanelServices& services,
-                                               Preferences& preferences)
-    : preferences_(preferences), view_(new ui::SearchView(services)) {
+                                               Preferences& preferences,
+                                               platform::DesktopWindows& windows)
+    : preferences_(preferences), windows_(windows), view_(new ui::SearchView(services)) {
   panel_ = std::make_unique<ui::KeyablePanel>(view_);
   panel_->setComposited(windows_.isComposited());
   placePanel();

@@ -26,8 +26,10 @@ class SearchWindowController final : public QObject {
   Q_OBJECT
 
  public:
-  /// Makes the panel and places it; does not show it. `preferences` outlive the controller.
-  SearchWindowController(const ui::SearchPanelServices& services, Preferences& preferences);
+  /// Makes the panel and places it; does not show it. `preferences` and `windows` outlive the
+  /// controller.
+  SearchWindowController(const ui::SearchPanelServices& services, Preferences& preferences,
+                         platform::DesktopWindows& windows);
   ~SearchWindowController() override;
 
   [[nodiscard]] ui::SearchView& view() { return *view_; }
@@ -48,7 +50,7 @@ class SearchWindowController final : public QObject {
   void describeShadow();
 
   Preferences& preferences_;
-  platform::DesktopWindows windows_;
+  platform::DesktopWindows& windows_;
   std::unique_ptr<ui::KeyablePanel> panel_;
   ui::SearchView* view_;  ///< in the panel
   std::function<void()> onClose_;

@@ -1,11 +1,13 @@
 #include "ui/form/FormSection.h"
 
 #include <QHBoxLayout>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
 #include "ui/Palette.h"
 #include "ui/TextLabel.h"
+#include "ui/form/Switch.h"
 
 namespace zelnor::ui {
 
@@ -28,6 +30,24 @@ class Card final : public QWidget {
     painter.setBrush(Qt::white);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
   }
+};
+
+/// A switch is set by a press anywhere in its row.
+class ControlRow final : public QWidget {
+ public:
+  ControlRow(QWidget* control, QWidget* parent)
+      : QWidget(parent), switch_(qobject_cast<Switch*>(control)) {}
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    if (switch_ == nullptr) QWidget::mousePressEvent(event);
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (switch_ != nullptr && rect().contains(event->pos())) switch_->click();
+  }
+
+ private:
+  Switch* switch_;
 };
 
 }  // namespace
@@ -62,10 +82,12 @@ void FormSection::addRow(QLayout* parts) {
 }
 
 void FormSection::addRow(const QString& label, QWidget* control) {
-  auto* row = new QHBoxLayout;
-  row->addWidget(makeText(label, type::kBody, palette::kText, card_));
-  row->addStretch();
-  row->addWidget(control);
+  auto* row = new ControlRow(control, card_);
+  auto* parts = new QHBoxLayout(row);
+  parts->setContentsMargins(0, kAboveAndBelow, 0, kAboveAndBelow);
+  parts->addWidget(makeText(label, type::kBody, palette::kText, row));
+  parts->addStretch();
+  parts->addWidget(control);
   addRow(row);
 }
 

@@ -24,6 +24,10 @@ constexpr const char* kDescription = R"xml(<node>
       <arg type="s" direction="in"/><arg type="a{sv}" direction="in"/>
       <arg type="o" direction="out"/>
     </method>
+    <method name="ListShortcuts">
+      <arg type="o" direction="in"/><arg type="a{sv}" direction="in"/>
+      <arg type="o" direction="out"/>
+    </method>
     <property name="version" type="u" access="read"/>
   </interface>
 </node>)xml";
@@ -102,7 +106,7 @@ const GDBusInterfaceVTable FakePortal::kTable{
     .set_property = nullptr,
     .padding = {}};
 
-FakePortal::FakePortal(Answer answer) : answer_(answer) {
+FakePortal::FakePortal(Answer answer, Binds binds) : answer_(answer), binds_(binds) {
   std::promise<void> ready;
   thread_ = std::thread([&] {
     g_main_context_push_thread_default(context_);
@@ -153,28 +157,43 @@ void FakePortal::runWork() {
 
 void FakePortal::onCall(const std::string& sender, const std::string& method, GVariant* arguments,
                         GDBusMethodInvocation* invocation) {
-  const bool isBinding = method == "BindShortcuts";
-  const auto options = childOf(arguments, isBinding ? 3 : 0);
+  const auto options = childOf(arguments, g_variant_n_children(arguments) - 1);
   const auto request = objectOf(sender, "request", textAt(options.get(), "handle_token"));
   g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", request.c_str()));
-  if (!isBinding) {
+  if (method == "CreateSession") {
     const auto session = objectOf(sender, "session", textAt(options.get(), "session_handle_token"));
+    const GLibPointer<GVariant> shortcuts(
+        g_variant_lookup_value(options.get(), "shortcuts", G_VARIANT_TYPE("a(sa{sv})")));
+    if (binds_ == Binds::withTheSession) note(sender, method, session, shortcuts.get());
     respond(sender, options.get(),
             g_variant_new_parsed("{'session_handle': <%s>}", session.c_str()), /*code=*/0);
-    return;
+  } else if (method == "ListShortcuts") {
+    respond(sender, options.get(), sessionShortcuts(), /*code=*/0);
+  } else {
+    // Heard of by the test only when the answer is on its way.
+    if (answer_) respond(sender, options.get(), emptyDictionary(), *answer_);
+    note(sender, method, g_variant_get_string(childOf(arguments, 0).get(), /*length=*/nullptr),
+         childOf(arguments, 1).get());
   }
-  const auto session = childOf(arguments, 0);
-  const auto shortcuts = childOf(arguments, 1);
-  const auto shortcut = childOf(shortcuts.get(), 0);
+}
+
+void FakePortal::note(const std::string& sender, const std::string& method,
+                      const std::string& session, GVariant* shortcuts) {
+  const auto shortcut = childOf(shortcuts, 0);
   const auto details = childOf(shortcut.get(), 1);
-  // Heard of by the test only when the answer is on its way.
-  if (answer_) respond(sender, options.get(), emptyDictionary(), *answer_);
   const std::scoped_lock lock(mutex_);
-  bindings_.push_back({.id = g_variant_get_string(childOf(shortcut.get(), 0).get(), nullptr),
+  bindings_.push_back({.method = method,
+                       .id = g_variant_get_string(childOf(shortcut.get(), 0).get(), nullptr),
                        .description = textAt(details.get(), "description"),
                        .trigger = textAt(details.get(), "preferred_trigger"),
                        .client = sender,
-                       .session = g_variant_get_string(session.get(), nullptr)});
+                       .session = session});
+}
+
+GVariant* FakePortal::sessionShortcuts() {
+  if (binds_ == Binds::whenAsked) return g_variant_new_parsed("{'shortcuts': <@a(sa{sv}) []>}");
+  const std::scoped_lock lock(mutex_);
+  return g_variant_new_parsed("{'shortcuts': <[(%s, @a{sv} {})]>}", bindings_.back().id.c_str());
 }
 
 void FakePortal::respond(const std::string& sender, GVariant* options, GVariant* results,

@@ -34,6 +34,7 @@ class PrivateBus {
 class FakePortal {
  public:
   struct Binding {
+    std::string method;
     std::string id;
     std::string description;
     std::string trigger;
@@ -43,7 +44,10 @@ class FakePortal {
   /// How it answers a request for shortcuts: with this code, or not at all.
   using Answer = std::optional<guint32>;
 
-  explicit FakePortal(Answer answer = 0);
+  /// When it binds: when it is asked to, or already with the session, as old ones do.
+  enum class Binds { whenAsked, withTheSession };
+
+  explicit FakePortal(Answer answer = 0, Binds binds = Binds::whenAsked);
   ~FakePortal();
   FakePortal(const FakePortal&) = delete;
   FakePortal& operator=(const FakePortal&) = delete;
@@ -61,6 +65,9 @@ class FakePortal {
   void runWork();
   void onCall(const std::string& sender, const std::string& method, GVariant* arguments,
               GDBusMethodInvocation* invocation);
+  void note(const std::string& sender, const std::string& method, const std::string& session,
+            GVariant* shortcuts);
+  GVariant* sessionShortcuts();
   void respond(const std::string& sender, GVariant* options, GVariant* results, guint32 code);
   void emit(const char* client, const std::string& path, const char* interface, const char* name,
             GVariant* arguments);
@@ -68,6 +75,7 @@ class FakePortal {
   static const GDBusInterfaceVTable kTable;
 
   const Answer answer_;
+  const Binds binds_;
   GMainContext* context_ = g_main_context_new();
   GMainLoop* loop_ = g_main_loop_new(context_, /*is_running=*/FALSE);
   platform::GObjectPointer<GDBusConnection> bus_;

@@ -71,6 +71,22 @@ TEST_F(PortalHotkeyTest, BindsOnceAndIsHeardWithTheToken) {
   EXPECT_EQ(refusals_, std::vector<int>());
 }
 
+TEST_F(PortalHotkeyTest, WhatTheSessionBroughtIsNotAskedForAgain) {
+  const test::PrivateBus bus;
+  FakePortal portal(/*answer=*/1, FakePortal::Binds::withTheSession);
+  grab(hotkey_);
+  const auto binding = awaitBinding(portal, 1);
+  EXPECT_EQ(binding.method, "CreateSession");
+  EXPECT_EQ(binding.trigger, "CTRL+ALT+space");
+  EXPECT_TRUE(runUntil([&] {
+    // The session may not be watched yet.
+    portal.activate(binding, binding.id, "token");
+    return !tokens_.empty();
+  }));
+  hotkey_.release();
+  EXPECT_EQ(portal.bindings().size(), 1U);
+}
+
 TEST_F(PortalHotkeyTest, AnotherCombinationTakesThePlaceOfTheFirst) {
   const test::PrivateBus bus;
   FakePortal portal;

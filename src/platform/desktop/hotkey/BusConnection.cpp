@@ -30,6 +30,7 @@ BusConnection::BusConnection(GCancellable* cancellable) : cancellable_(cancellab
       g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable, &error));
   if (!address) fail(error);
   constexpr auto kFlags =
+      // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): these are bits
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
   bus_.reset(g_dbus_connection_new_for_address_sync(address.get(), kFlags, /*observer=*/nullptr,

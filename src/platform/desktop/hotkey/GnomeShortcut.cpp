@@ -155,6 +155,7 @@ void GnomeShortcut::setListed(bool isListed) {
   std::erase(paths, kOurPath);
   if (isListed) paths.emplace_back(kOurPath);
   std::vector<const char*> texts;
+  texts.reserve(paths.size());
   for (const auto& path : paths) texts.push_back(path.c_str());
   g_settings_set_value(list_.get(), kListKey,
                        g_variant_new_strv(texts.data(), static_cast<gssize>(texts.size())));

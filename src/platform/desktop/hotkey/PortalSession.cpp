@@ -27,6 +27,7 @@ std::string textAt(GVariant* dictionary, const char* key) {
   return isText ? g_variant_get_string(value.get(), /*length=*/nullptr) : std::string();
 }
 
+/// A dictionary whose values are texts.
 GVariant* options(std::initializer_list<std::pair<const char*, std::string>> entries) {
   GVariantBuilder builder;
   g_variant_builder_init(&builder, G_VARIANT_TYPE_VARDICT);
@@ -34,6 +35,15 @@ GVariant* options(std::initializer_list<std::pair<const char*, std::string>> ent
     g_variant_builder_add(&builder, "{sv}", key, g_variant_new_string(text.c_str()));
   }
   return g_variant_builder_end(&builder);
+}
+
+GVariant* listOf(const PortalShortcut& shortcut) {
+  GVariantBuilder shortcuts;
+  g_variant_builder_init(&shortcuts, G_VARIANT_TYPE("a(sa{sv})"));
+  g_variant_builder_add(
+      &shortcuts, "(s@a{sv})", shortcut.id.c_str(),
+      options({{"description", kDescription}, {"preferred_trigger", shortcut.trigger}}));
+  return g_variant_builder_end(&shortcuts);
 }
 
 }  // namespace
@@ -47,9 +57,9 @@ PortalSession::PortalSession(WorkerContext& worker, const PortalShortcut& shortc
              .name = "Get"},
             g_variant_new("(ss)", kShortcuts, "version"));
   watchPortal();
-  createSession();
+  createSession(shortcut);
   watchSession(shortcut.id, std::move(activated));
-  bind(shortcut);
+  if (!isListed(shortcut)) bind(shortcut);
 }
 
 void PortalSession::serve() {
@@ -68,11 +78,16 @@ void PortalSession::watchPortal() {
                  });
 }
 
-void PortalSession::createSession() {
-  const auto response = request("CreateSession", [](const std::string& token) {
+void PortalSession::createSession(const PortalShortcut& shortcut) {
+  const auto response = request("CreateSession", [&](const std::string& token) {
+    GVariantDict dictionary;
     // KDE knows a program without an application id by the name of its session.
-    return g_variant_new("(@a{sv})",
-                         options({{"handle_token", token}, {"session_handle_token", "zelnor"}}));
+    g_variant_dict_init(&dictionary,
+                        options({{"handle_token", token}, {"session_handle_token", "zelnor"}}));
+    // KDE of 2023 (Plasma 5.27) binds what comes with the session. Asked to bind it later, it only
+    // opens its settings.
+    g_variant_dict_insert_value(&dictionary, "shortcuts", listOf(shortcut));
+    return g_variant_new("(@a{sv})", g_variant_dict_end(&dictionary));
   });
   session_ = textAt(response.results.get(), "session_handle");
   if (g_variant_is_object_path(session_.c_str()) == FALSE) {
@@ -101,14 +116,28 @@ void PortalSession::watchSession(const std::string& id, Activated activated) {
                  });
 }
 
+bool PortalSession::isListed(const PortalShortcut& shortcut) {
+  try {
+    const auto response = request("ListShortcuts", [&](const std::string& token) {
+      return g_variant_new("(o@a{sv})", session_.c_str(), options({{"handle_token", token}}));
+    });
+    const GLibPointer<GVariant> list(
+        g_variant_lookup_value(response.results.get(), "shortcuts", G_VARIANT_TYPE("a(sa{sv})")));
+    if (!list) return false;
+    for (gsize at = 0; at < g_variant_n_children(list.get()); ++at) {
+      const char* id = nullptr;
+      g_variant_get_child(list.get(), at, "(&s@a{sv})", &id, nullptr);
+      if (id == shortcut.id) return true;
+    }
+  } catch (const BusError&) {      // NOLINT(bugprone-empty-catch): then it is not
+  } catch (const PortalDenial&) {  // NOLINT(bugprone-empty-catch)
+  }
+  return false;
+}
+
 void PortalSession::bind(const PortalShortcut& shortcut) {
   request("BindShortcuts", [&](const std::string& token) {
-    GVariantBuilder shortcuts;
-    g_variant_builder_init(&shortcuts, G_VARIANT_TYPE("a(sa{sv})"));
-    g_variant_builder_add(
-        &shortcuts, "(s@a{sv})", shortcut.id.c_str(),
-        options({{"description", kDescription}, {"preferred_trigger", shortcut.trigger}}));
-    return g_variant_new("(oa(sa{sv})s@a{sv})", session_.c_str(), &shortcuts,
+    return g_variant_new("(o@a(sa{sv})s@a{sv})", session_.c_str(), listOf(shortcut),
                          /*parent_window=*/"", options({{"handle_token", token}}));
   });
 }

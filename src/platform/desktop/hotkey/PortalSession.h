@@ -40,8 +40,10 @@ class PortalSession {
   };
 
   void watchPortal();
-  void createSession();
+  void createSession(const PortalShortcut& shortcut);
   void watchSession(const std::string& id, Activated activated);
+  /// Whether the session already has it.
+  bool isListed(const PortalShortcut& shortcut);
   void bind(const PortalShortcut& shortcut);
   /// Calls a method whose answer comes later, as a signal of an object of its own. `arguments` is
   /// made for the name of that object.

@@ -1,5 +1,6 @@
 #include "platform/desktop/hotkey/X11Connection.h"
 
+#include <cstddef>
 #include <string_view>
 
 // The header is C, and a field in it is named like a keyword of C++.
@@ -76,7 +77,8 @@ X11Modifiers X11Connection::modifiers() const {
   const auto* table = xcb_get_keyboard_mapping_keysyms(symbols.get());
   for (int at = 0; at < kModifiers * map->keycodes_per_modifier; ++at) {
     if (codes[at] < setup->min_keycode) continue;  // an unused place
-    const auto* symbol = table + (codes[at] - setup->min_keycode) * symbols->keysyms_per_keycode;
+    const auto* symbol =
+        table + std::ptrdiff_t{codes[at] - setup->min_keycode} * symbols->keysyms_per_keycode;
     for (int level = 0; level < symbols->keysyms_per_keycode; ++level) {
       keys.push_back(
           {.modifier = static_cast<std::uint16_t>(1U << (at / map->keycodes_per_modifier)),

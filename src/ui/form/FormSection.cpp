@@ -71,7 +71,10 @@ void FormSection::addRow(const QString& label, QWidget* control) {
 
 void FormSection::clear() {
   while (auto* item = rows_->takeAt(0)) {
-    if (item->widget() != nullptr) item->widget()->deleteLater();
+    if (auto* row = item->widget()) {
+      row->hide();  // it is deleted later, and must not be seen under the new rows until then
+      row->deleteLater();
+    }
     delete item;  // NOLINT(cppcoreguidelines-owning-memory): the layout has let go of it
   }
 }

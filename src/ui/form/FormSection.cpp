@@ -50,8 +50,13 @@ FormSection::FormSection(const QString& title, QWidget* parent)
 
 void FormSection::addRow(QWidget* content) {
   if (rows_->count() > 0) rows_->addWidget(makeSeparator(Qt::Horizontal, card_));
-  content->setMinimumHeight(type::scaled(kRowHeight));
-  rows_->addWidget(content);
+  // Not a minimum of the content itself, which would take the place of what its layout needs.
+  auto* row = new QWidget(card_);
+  auto* line = new QHBoxLayout(row);
+  line->setContentsMargins(0, 0, 0, 0);
+  line->addStrut(type::scaled(kRowHeight));
+  line->addWidget(content);
+  rows_->addWidget(row);
 }
 
 void FormSection::addRow(QLayout* parts) {

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kSymbol = 56;
 constexpr int kTextWidth = 400;
+constexpr int kBesideText = 14;  // a scroll bar has room there
 constexpr int kBetweenParts = 12;
 constexpr int kBetweenSteps = 6;
 
@@ -29,17 +30,19 @@ QLabel* makeParagraph(const QString& text, type::Size size, const QColor& color,
   return paragraph;
 }
 
-QLayout* makeSteps(QWidget* parent) {
-  auto* steps = new QVBoxLayout;
+QWidget* makeSteps(QWidget* parent) {
+  auto* whole = new QWidget(parent);
+  auto* steps = new QVBoxLayout(whole);
+  steps->setContentsMargins(0, 0, 0, 0);
   steps->setSpacing(kBetweenSteps);
   int number = 0;
   for (const auto& text : {QStringLiteral(u"点击下方「打开系统设置」按钮"),
                            QStringLiteral(u"进入「隐私与安全性」→「完全磁盘访问权限」"),
                            QStringLiteral(u"找到「Zelnor」并打开开关"),
                            QStringLiteral(u"返回应用，开始建立文件索引")}) {
-    steps->addWidget(new PermissionStep(++number, text, parent));
+    steps->addWidget(new PermissionStep(++number, text, whole));
   }
-  return steps;
+  return whole;
 }
 
 /// All but the buttons; a panel that is too low for it scrolls it.
@@ -60,7 +63,7 @@ class Body final : public QScrollArea {
  private:
   void fill() {
     auto* parts = new QVBoxLayout(content_);
-    parts->setContentsMargins(0, 0, 0, 0);
+    parts->setContentsMargins(kBesideText, 0, kBesideText, 0);
     parts->setSpacing(kBetweenParts);
     const auto add = [&](QWidget* part) { parts->addWidget(part, 0, Qt::AlignHCenter); };
     add(makeSymbol(QLatin1String("lock.shield"), kSymbol, palette::kAccent, content_));
@@ -69,9 +72,7 @@ class Body final : public QScrollArea {
         QStringLiteral(u"为了索引您 Mac 上的所有文件，Zelnor 需要「完全磁盘访问权限」。\n\n"
                        u"此权限仅用于建立本地文件索引，所有数据保存在本机，不会上传至任何服务器。"),
         type::kBody, palette::kText, content_));
-    auto* steps = makeSteps(content_);
-    parts->addLayout(steps);
-    parts->setAlignment(steps, Qt::AlignHCenter);
+    add(makeSteps(content_));
     add(makeParagraph(
         QStringLiteral(u"如未开启此权限，搜索范围将受限，部分目录下的文件可能搜索不到。"),
         type::kCaption, palette::kSecondaryText, content_));

@@ -19,8 +19,6 @@ namespace {
 constexpr int kFolderSymbol = 15;
 constexpr int kButtonSymbol = 14;
 constexpr int kGap = 8;
-/// A button is larger than its symbol, which is to stand at the edge of the row.
-constexpr int kAroundButtonSymbol = 6;
 
 }  // namespace
 
@@ -66,7 +64,6 @@ void FolderList::addFolderRow(const std::string& path) {
       addButton(QLatin1String("minus.circle.fill"), palette::kRed, QStringLiteral(u"移除"), *row);
   remove->setTitle(QStringLiteral(u"移除 ") + text->text());
   section_->addRow(row);
-  row->setContentsMargins(0, 0, -kAroundButtonSymbol, 0);
   connect(remove, &QPushButton::clicked, this, [this, path] { Q_EMIT removeRequested(path); });
 }
 
@@ -75,7 +72,6 @@ void FolderList::addLastRow() {
   auto* add = addButton(QLatin1String("plus"), palette::kAccent, description_.addTitle, *row);
   row->addStretch();
   section_->addRow(row);
-  row->setContentsMargins(-kAroundButtonSymbol, 0, 0, 0);
   connect(add, &QPushButton::clicked, this, &FolderList::addRequested);
 }
 

@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 

@@ -50,6 +50,7 @@ class Body final : public QScrollArea {
  public:
   explicit Body(QWidget* parent) : QScrollArea(parent), content_(new QWidget) {
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     fill();

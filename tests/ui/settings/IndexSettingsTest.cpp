@@ -1,4 +1,4 @@
-#include <functional>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,10 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTest>
 
 #include "indexer/IndexServices.h"
@@ -84,7 +84,9 @@ class IndexSettingsTest : public testing::Test {
   void pick(QStringView button, const std::string& folder) {
     click(button);
     ASSERT_NE(picker(), nullptr);
-    picker()->selectFile(QFile::decodeName(folder.c_str()));
+    auto* name = picker()->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    ASSERT_NE(name, nullptr);
+    name->setText(QFile::decodeName(folder.c_str()));
     static_cast<QDialog*>(picker())->accept();
     settle();
   }
@@ -279,7 +281,9 @@ TEST_F(IndexSettingsTest, NothingIsWiderThanThePage) {
   EXPECT_LE(page_->widget()->width(), 420);
   for (auto* button : page_->findChildren<QPushButton*>()) {
     const auto right = button->mapTo(page_->widget(), QPoint(button->width(), 0)).x();
-    if (button->isVisible()) EXPECT_LE(right, page_->viewport()->width());
+    if (button->isVisible()) {
+      EXPECT_LE(right, page_->viewport()->width());
+    }
   }
 }
 

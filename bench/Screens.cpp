@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include "bench/FixedData.h"
+#include "bench/IndexPages.h"
 #include "bookmarks/BookmarkPersistenceService.h"
 #include "bookmarks/BookmarkServices.h"
 #include "bookmarks/BookmarkViewModel.h"
@@ -299,6 +300,12 @@ std::vector<Scene> scenes() {
          sheet->setProgress(321, 1'000);
          sheet->open();
        }},
+      {"permission-guide", [](Stage& stage) { stage.panel().showPermissionGuide({}); }},
+      {"permission-guide-smallest",
+       [](Stage& stage) {
+         stage.panel().resize(ui::SearchView::kSmallest);
+         stage.panel().showPermissionGuide({});
+       }},
       {"smallest",
        [](Stage& stage) {
          stage.fillBookmarks();
@@ -323,6 +330,7 @@ std::string drawScreens(const std::string& folder) {
     prepare(stage);
     camera.shoot(stage.panel(), name);
   }
+  forEachIndexPage([&](QWidget& page, const std::string& name) { camera.shoot(page, name); });
   constexpr double kUsualPoints = 11;
   constexpr double kLarger = 1.2;
   QFont font = QApplication::font();
@@ -333,6 +341,8 @@ std::string drawScreens(const std::string& folder) {
     prepare(stage);
     camera.shoot(stage.panel(), "large-font-" + name);
   }
+  forEachIndexPage(
+      [&](QWidget& page, const std::string& name) { camera.shoot(page, "large-font-" + name); });
   return camera.names();
 }
 

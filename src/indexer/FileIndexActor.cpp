@@ -295,6 +295,9 @@ std::shared_ptr<FSEventsMonitor> FileIndexActor::createMonitor(const IndexConfig
   options.stateFolder = surroundings_.dataFolder;
   options.ownPaths.push_back(surroundings_.dataFolder);
   options.log = surroundings_.log;
+  options.onFollowing = [this](const platform::FollowCount& count) {
+    publish([count](IndexStatus& status) { status.followed = count; });
+  };
   // Reactions run on the monitor's own thread; none runs after the monitor has stopped.
   auto monitor = std::make_shared<FSEventsMonitor>(
       kLatencySeconds, [this](std::vector<FSEventItem> items) { enqueue(std::move(items)); },

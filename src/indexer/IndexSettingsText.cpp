@@ -48,10 +48,16 @@ IndexSettingsText indexSettingsText(const IndexStatus& status, bool isRebuilding
       .lastUpdate = QStringLiteral(u"尚未索引"),
       .sectionButton = isRebuilding ? busy : QStringLiteral(u"重建索引"),
       .indexedFiles = QStringLiteral(u"已索引文件：") + files,
-      .lastIndexed = std::nullopt};
+      .lastIndexed = std::nullopt,
+      .followed = std::nullopt};
   if (const auto date = status.lastIndexDate) {
     text.lastUpdate = abbreviatedText(*date, locale);
     text.lastIndexed = QStringLiteral(u"上次索引：") + shortText(*date, locale);
+  }
+  if (const auto& count = status.followed) {
+    text.followed = QStringLiteral(u"实时跟踪 %1 个文件夹，定期检查 %2 个文件夹")
+                        .arg(locale.toString(static_cast<qlonglong>(count->live)),
+                             locale.toString(static_cast<qlonglong>(count->swept)));
   }
   return text;
 }

@@ -19,6 +19,7 @@ struct IndexSettingsText {
   QString sectionButton;               ///< like `cardButton`, below the options
   QString indexedFiles;                ///< beside that button
   std::optional<QString> lastIndexed;  ///< below it; nothing before the first rebuild
+  std::optional<QString> followed;     ///< how folders are followed; nothing before they are
 
   friend bool operator==(const IndexSettingsText&, const IndexSettingsText&) = default;
 };

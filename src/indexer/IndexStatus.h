@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/FollowCount.h"
+
 namespace zelnor {
 
 /// What the indexer is doing, and how much it holds.
@@ -33,6 +35,8 @@ struct IndexStatus {
       0;  ///< entries written so far by the running, or last, full rebuild
   std::optional<std::chrono::system_clock::time_point>
       lastIndexDate;  ///< when that rebuild completed
+  /// How the configured folders are followed, when that began; nothing before.
+  std::optional<platform::FollowCount> followed;
 
   friend bool operator==(const IndexStatus&, const IndexStatus&) = default;
 };

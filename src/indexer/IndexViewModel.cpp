@@ -81,12 +81,16 @@ class IndexViewModel::Tasks {
     if (stop.stop_requested()) co_return;
     std::optional<std::string> failure;
     try {
-      co_await services.maintainer.rebuildIndex(std::move(configuration));
+      auto rebuilt = configuration;
+      co_await services.maintainer.rebuildIndex(std::move(rebuilt));
     } catch (const std::exception& error) {
       failure = error.what();
     }
     if (stop.stop_requested() || !owner) co_return;
     if (!failure) co_await store(services, owner->configuration());
+    if (!owner) co_return;
+    // What was edited while the rebuild ran is not in the index.
+    if (!failure && owner->configuration() == configuration) owner->setUnappliedEdits(false);
     if (owner) owner->setRebuildState(/*isRebuilding=*/false, std::move(failure));
   }
 
@@ -119,7 +123,9 @@ IndexViewModel::~IndexViewModel() = default;
 void IndexViewModel::setConfiguration(IndexConfiguration configuration) {
   if (configuration == configuration_) return;
   configuration_ = std::move(configuration);
+  const QPointer guard(this);  // a slot may delete it
   Q_EMIT configurationChanged();
+  if (guard) setUnappliedEdits(true);
 }
 
 void IndexViewModel::addPath(PathList list, std::string path) {
@@ -152,6 +158,10 @@ void IndexViewModel::setRebuildState(bool isRebuilding, std::optional<std::strin
   rebuildError_ = std::move(error);
   if (errorDiffers) Q_EMIT rebuildErrorChanged();
   if (differs && guard) Q_EMIT isRebuildingIndexChanged();
+}
+
+void IndexViewModel::setUnappliedEdits(bool areThere) {
+  if (std::exchange(hasUnappliedEdits_, areThere) != areThere) Q_EMIT hasUnappliedEditsChanged();
 }
 
 }  // namespace zelnor

@@ -36,6 +36,9 @@ class IndexViewModel final : public QObject {
   /// Why the last rebuild started here failed, in words for the user.
   [[nodiscard]] const std::optional<std::string>& rebuildError() const { return rebuildError_; }
 
+  /// The configuration was edited, and no rebuild started here has succeeded with it since.
+  [[nodiscard]] bool hasUnappliedEdits() const { return hasUnappliedEdits_; }
+
   /// Edits the configuration; nothing is stored.
   void setConfiguration(IndexConfiguration configuration);
   /// Appends `path`, also when it is there already, and saves the configuration.
@@ -60,14 +63,17 @@ class IndexViewModel final : public QObject {
   void configurationChanged();
   void isRebuildingIndexChanged();
   void rebuildErrorChanged();
+  void hasUnappliedEditsChanged();
 
  private:
   class Tasks;
 
   void setRebuildState(bool isRebuilding, std::optional<std::string> error);
+  void setUnappliedEdits(bool areThere);
 
   IndexConfiguration configuration_;
   bool isRebuildingIndex_ = false;
+  bool hasUnappliedEdits_ = false;
   std::optional<std::string> rebuildError_;
   std::unique_ptr<Tasks> tasks_;
 };

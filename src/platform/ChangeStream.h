@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/FolderVisitor.h"
+#include "platform/FollowCount.h"
 #include "platform/IndexView.h"
 #include "platform/ScopeFilter.h"
 #include "platform/SerialQueue.h"
@@ -79,6 +80,8 @@ struct ChangeStreamOptions {
   std::chrono::milliseconds deepSweepInterval{
       600'000};                                 ///< between comparisons of all that is swept
   std::function<void(const std::string&)> log;  ///< one line; called on any thread
+  /// Told once the roots are followed; called on a thread of the stream, never after it stopped.
+  std::function<void(const FollowCount&)> onFollowing;
 };
 
 /// Reports what changes below a set of roots.

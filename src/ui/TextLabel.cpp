@@ -9,20 +9,22 @@ namespace zelnor::ui {
 
 namespace {
 
-class HeroSymbol final : public QWidget {
+class SymbolPicture final : public QWidget {
  public:
-  HeroSymbol(QLatin1String symbol, QWidget* parent) : QWidget(parent), symbol_(symbol) {
-    setFixedSize(type::scaled(type::kHero), type::scaled(type::kHero));
+  SymbolPicture(QLatin1String symbol, int side, const QColor& color, QWidget* parent)
+      : QWidget(parent), symbol_(symbol), color_(color) {
+    setFixedSize(type::scaled(side), type::scaled(side));
   }
 
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
-    paintSymbol(painter, rect(), symbol_, palette::kFaintText);
+    paintSymbol(painter, rect(), symbol_, color_);
   }
 
  private:
   QLatin1String symbol_;
+  QColor color_;
 };
 
 void initialize(QLabel& label, const QFont& font, const QColor& color) {
@@ -47,8 +49,12 @@ void setTextColor(QWidget& text, const QColor& color) {
   text.setPalette(colors);
 }
 
+QWidget* makeSymbol(QLatin1String symbol, int side, const QColor& color, QWidget* parent) {
+  return new SymbolPicture(symbol, side, color, parent);
+}
+
 QWidget* makeHeroSymbol(QLatin1String symbol, QWidget* parent) {
-  return new HeroSymbol(symbol, parent);
+  return makeSymbol(symbol, type::kHero, palette::kFaintText, parent);
 }
 
 QWidget* makeSeparator(Qt::Orientation orientation, QWidget* parent) {

@@ -13,6 +13,9 @@ QLabel* makeText(const QString& text, type::Size size, const QColor& color, QWid
                  QFont::Weight weight = QFont::Normal);
 void setTextColor(QWidget& text, const QColor& color);
 
+/// A symbol that is only looked at, with sides of `side` pixels at scale 1.
+QWidget* makeSymbol(QLatin1String symbol, int side, const QColor& color, QWidget* parent);
+
 /// The large faint symbol of a page that has nothing to list.
 QWidget* makeHeroSymbol(QLatin1String symbol, QWidget* parent);
 

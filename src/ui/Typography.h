@@ -8,6 +8,7 @@ namespace zelnor::ui::type {
 /// Pixels at scale 1 and with fonts as desktops set them; larger for users who want larger ones.
 enum Size : int {
   kHero = 44,      ///< the symbol of a page with nothing to list
+  kTitle = 17,     ///< of a sheet that explains something
   kQuery = 15,     ///< what is searched for, and the first line of a page
   kHeadline = 13,  ///< titles of sheets and alerts
   kBody = 13,      ///< names of files

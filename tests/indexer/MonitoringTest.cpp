@@ -46,6 +46,15 @@ TEST_F(MonitoringTest, TheIndexFollowsWhatHappensToTheTree) {
   EXPECT_TRUE(indexer_.defaults().get<std::uint64_t>("FSEventsLastEventID").value_or(0) > 0);
 }
 
+TEST_F(MonitoringTest, TheStatusSaysHowManyFoldersAreFollowedOnceTheyAre) {
+  tree_.file("a/b/file");
+  const auto& status = indexer_.actor().status().value();
+  EXPECT_EQ(status.followed, std::nullopt);
+  indexer_.rebuild(test::configurationOf(tree_.path()));
+  indexer_.main().runUntil([&] { return status.followed.has_value(); });
+  EXPECT_GT(status.followed->live + status.followed->swept, 0);
+}
+
 TEST_F(MonitoringTest, ManyChangesAtOnceLeaveTheFullTextTableAsItWas) {
   tree_.file("kept");
   indexer_.rebuild(test::configurationOf(tree_.path()));

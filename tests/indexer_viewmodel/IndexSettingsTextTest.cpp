@@ -38,6 +38,14 @@ TEST(IndexSettingsText, ShowsCountAndTimeOfTheLastRebuild) {
   EXPECT_EQ(german.lastUpdate, QStringLiteral(u"05.01.2024, 15:04"));
 }
 
+TEST(IndexSettingsText, SaysHowFoldersAreFollowedOnceThatIsKnown) {
+  IndexStatus status;
+  EXPECT_FALSE(indexSettingsText(status, /*isRebuilding=*/false, kChinese).followed);
+  status.followed = platform::FollowCount{.live = 12'345, .swept = 6};
+  EXPECT_EQ(indexSettingsText(status, /*isRebuilding=*/false, kChinese).followed,
+            QStringLiteral(u"实时跟踪 12,345 个文件夹，定期检查 6 个文件夹"));
+}
+
 TEST(IndexSettingsText, TellsOfTheRebuildThatRunsAndOfNoneBeforeIt) {
   const auto text = indexSettingsText(IndexStatus{}, /*isRebuilding=*/true, kChinese);
   EXPECT_EQ(text.state, QStringLiteral(u"状态：索引中"));

@@ -1,4 +1,5 @@
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -10,7 +11,7 @@
 #include "indexer/IndexServices.h"
 #include "indexer/IndexViewModel.h"
 #include "store/DatabaseError.h"
-#include "tasks/Completion.h"
+#include "tests/support/FakeIndexMaintainer.h"
 #include "tests/support/MainThread.h"
 #include "tests/support/MemoryDefaultsStore.h"
 
@@ -20,29 +21,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using PathList = IndexViewModel::PathList;
-
-/// Rebuilds take until the test ends them.
-class FakeMaintainer final : public IndexMaintainer {
- public:
-  std::vector<IndexConfiguration> rebuilds;
-  std::vector<IndexConfiguration> followed;
-
-  tasks::Async<void> rebuildIndex(IndexConfiguration config) override {
-    rebuilds.push_back(std::move(config));
-    const auto end = running_ = std::make_shared<tasks::Completion<bool>>();
-    co_await tasks::Completion<bool>::wait(end);
-  }
-  tasks::Async<void> startMonitoring(IndexConfiguration config) override {
-    followed.push_back(std::move(config));
-    co_return;
-  }
-
-  void finish() const { running_->set(true); }
-  void fail(const DatabaseError& error) const { running_->fail(std::make_exception_ptr(error)); }
-
- private:
-  std::shared_ptr<tasks::Completion<bool>> running_;
-};
 
 class IndexViewModelTest : public testing::Test {
  protected:
@@ -60,7 +38,7 @@ class IndexViewModelTest : public testing::Test {
   }
 
   test::MemoryDefaultsStore defaults_;
-  FakeMaintainer maintainer_;
+  test::FakeIndexMaintainer maintainer_;
   test::MainThread main_;
   IndexServices services_{.maintainer = maintainer_,
                           .defaults = defaults_,
@@ -91,6 +69,36 @@ TEST_F(IndexViewModelTest, ARebuildIsUnderWayUntilItEndsAndThenStoresTheConfigur
   EXPECT_EQ(stored(), model_->configuration());
   EXPECT_EQ(changes, 2);
   EXPECT_THAT(maintainer_.followed, IsEmpty());
+}
+
+TEST_F(IndexViewModelTest, EditsWaitForARebuildThatSucceedsAndBeganAfterThem) {
+  const auto rebuild = [this](const std::function<void()>& end) {
+    model_->startRebuild();
+    settle();
+    end();
+    settle();
+  };
+  int changes = 0;
+  QObject::connect(model_.get(), &IndexViewModel::hasUnappliedEditsChanged, [&] { ++changes; });
+  model_->removePath(PathList::included, "/nowhere");
+  EXPECT_FALSE(model_->hasUnappliedEdits());
+
+  model_->removePath(PathList::included, "/home/me");
+  EXPECT_TRUE(model_->hasUnappliedEdits());
+  model_->addPath(PathList::included,
+                  "/home/me");  // its rows are there; those of others may not be
+  EXPECT_TRUE(model_->hasUnappliedEdits());
+  EXPECT_EQ(changes, 1);
+  rebuild([this] { maintainer_.fail(DatabaseError::execFailed("COMMIT", "full", /*code=*/13)); });
+  EXPECT_TRUE(model_->hasUnappliedEdits());
+  rebuild([this] {
+    model_->setConfiguration(edited());
+    maintainer_.finish();
+  });
+  EXPECT_TRUE(model_->hasUnappliedEdits());
+  rebuild([this] { maintainer_.finish(); });
+  EXPECT_FALSE(model_->hasUnappliedEdits());
+  EXPECT_EQ(changes, 2);
 }
 
 TEST_F(IndexViewModelTest, AFailedRebuildStoresNothingAndIsToldUntilTheNextStarts) {

@@ -70,8 +70,13 @@ FormSection::FormSection(const QString& title, QWidget* parent)
 
 void FormSection::addRow(QWidget* content) {
   if (rows_->count() > 0) rows_->addWidget(makeSeparator(Qt::Horizontal, card_));
-  content->setMinimumHeight(type::scaled(kRowHeight));
-  rows_->addWidget(content);
+  // Not a minimum of the content itself, which would take the place of what its layout needs.
+  auto* row = new QWidget(card_);
+  auto* line = new QHBoxLayout(row);
+  line->setContentsMargins(0, 0, 0, 0);
+  line->addStrut(type::scaled(kRowHeight));
+  line->addWidget(content);
+  rows_->addWidget(row);
 }
 
 void FormSection::addRow(QLayout* parts) {
@@ -93,7 +98,10 @@ void FormSection::addRow(const QString& label, QWidget* control) {
 
 void FormSection::clear() {
   while (auto* item = rows_->takeAt(0)) {
-    if (item->widget() != nullptr) item->widget()->deleteLater();
+    if (auto* row = item->widget()) {
+      row->hide();  // it is deleted later, and must not be seen under the new rows until then
+      row->deleteLater();
+    }
     delete item;  // NOLINT(cppcoreguidelines-owning-memory): the layout has let go of it
   }
 }

@@ -1,57 +1,32 @@
 #include "ui/panel/ProgressSheet.h"
 
-#include <QPainter>
 #include <QVBoxLayout>
 
 #include "ui/DisplayText.h"
 #include "ui/Palette.h"
 #include "ui/PlainButton.h"
+#include "ui/ProgressLine.h"
 #include "ui/TextLabel.h"
 
 namespace zelnor::ui {
 
 namespace {
 constexpr int kWidth = 260;
-constexpr int kHeight = 6;
 }  // namespace
-
-class ProgressSheet::Bar final : public QWidget {
- public:
-  explicit Bar(QWidget* parent) : QWidget(parent) { setFixedSize(type::scaled(kWidth), kHeight); }
-  void set(double part) {
-    part_ = part;
-    update();
-  }
-
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(palette::kChip);
-    constexpr double kRadius = kHeight / 2.0;
-    painter.drawRoundedRect(rect(), kRadius, kRadius);
-    painter.setBrush(palette::kAccent);
-    painter.drawRoundedRect(QRectF(0, 0, std::max(width() * part_, kHeight * 1.0), kHeight),
-                            kRadius, kRadius);
-  }
-
- private:
-  double part_ = 0;
-};
 
 ProgressSheet::ProgressSheet(const QString& title, QWidget& panel)
     : Sheet(title, panel),
-      bar_(new Bar(card())),
+      bar_(new ProgressLine(card())),
       count_(makeText({}, type::kDetail, palette::kSecondaryText, card())) {
   parts().addWidget(makeText(title, type::kHeadline, palette::kText, card(), QFont::DemiBold));
+  bar_->setFixedWidth(type::scaled(kWidth));
   parts().addWidget(bar_);
   parts().addWidget(count_);
   addButton(QStringLiteral(u"取消"), Role::cancel, [this] { Q_EMIT cancelled(); });
 }
 
 void ProgressSheet::setProgress(int done, int total) {
-  bar_->set(total > 0 ? static_cast<double>(done) / total : 0);
+  bar_->setProgress(total > 0 ? static_cast<double>(done) / total : 0.0);
   count_->setText(QStringLiteral("%1 / %2").arg(countText(done), countText(total)));
 }
 

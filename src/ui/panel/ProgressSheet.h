@@ -6,6 +6,8 @@ class QLabel;
 
 namespace zelnor::ui {
 
+class ProgressLine;
+
 /// How far something has come that takes long, with a way to end it.
 class ProgressSheet final : public Sheet {
   Q_OBJECT
@@ -21,8 +23,7 @@ class ProgressSheet final : public Sheet {
   void cancelled();
 
  private:
-  class Bar;
-  Bar* bar_;
+  ProgressLine* bar_;
   QLabel* count_;
 };
 

@@ -1,6 +1,7 @@
 #include "ui/panel/SearchView.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QKeyEvent>
 #include <QShortcut>
@@ -20,6 +21,7 @@
 #include "ui/panel/FilterPanelView.h"
 #include "ui/panel/NativeSearchTextField.h"
 #include "ui/panel/NoResultsView.h"
+#include "ui/panel/PermissionGuideView.h"
 #include "ui/panel/SearchBarView.h"
 #include "ui/panel/StatusBarView.h"
 
@@ -214,6 +216,11 @@ void SearchView::focusSearchField() {
   if (findChild<Sheet*>(QString(), Qt::FindDirectChildrenOnly) != nullptr) return;
   bar_->field().setFocus();
   bar_->field().selectAll();
+}
+
+void SearchView::showPermissionGuide(std::function<void()> openSettings) {
+  if (findChild<PermissionGuideView*>() != nullptr) return;
+  (new PermissionGuideView(std::move(openSettings), *this))->open();
 }
 
 void SearchView::setShowsBookmarks(bool areShown) {

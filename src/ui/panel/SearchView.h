@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -63,6 +64,10 @@ class SearchView final : public QWidget {
 
   /// Has the next key typed arrive in the search field, unless a sheet asks for something.
   void focusSearchField();
+
+  /// Asks the user to let the program read all files; `openSettings` opens the page of the system's
+  /// settings where that is done. No effect while it is asked already.
+  void showPermissionGuide(std::function<void()> openSettings);
 
   /// What the indexer does, for the status line.
   void setIndexing(bool isIndexing, std::int64_t processedFiles, std::int64_t totalFiles);

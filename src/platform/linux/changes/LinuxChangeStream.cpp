@@ -124,14 +124,17 @@ void LinuxChangeStream::beginFollowing(bool wasTold) {
     for (const auto& root : scope_.roots()) background_->surveyFirst(root);
   }
   if (stop_.stop_requested()) return;
-  logFollowing();
+  tellFollowing();
   surveysDone();
 }
 
-void LinuxChangeStream::logFollowing() {
+void LinuxChangeStream::tellFollowing() {
+  const FollowCount count{.live = static_cast<std::int64_t>(followers_.followedFolders()),
+                          .swept = static_cast<std::int64_t>(followers_.swept().size())};
+  if (options_.onFollowing) options_.onFollowing(count);
   if (!options_.log) return;
-  options_.log("[FSEvents] Following " + std::to_string(followers_.followedFolders()) +
-               " folders live, sweeping " + std::to_string(followers_.swept().size()) + ".");
+  options_.log("[FSEvents] Following " + std::to_string(count.live) + " folders live, sweeping " +
+               std::to_string(count.swept) + ".");
 }
 
 void LinuxChangeStream::collectChanges() {

@@ -52,7 +52,7 @@ class LinuxChangeStream final : public ChangeStream,
   void beginListening();
   void startSurveyors();
   void beginFollowing(bool wasTold);
-  void logFollowing();
+  void tellFollowing();
 
   void collectChanges();
   void takeNews();

@@ -11,13 +11,15 @@
 namespace zelnor::ui {
 
 namespace {
-constexpr int kWidth = 260;
-constexpr int kHeight = 6;
+constexpr int kBarWidth = 260;
+constexpr int kBarHeight = 6;
 }  // namespace
 
 class ProgressSheet::Bar final : public QWidget {
  public:
-  explicit Bar(QWidget* parent) : QWidget(parent) { setFixedSize(type::scaled(kWidth), kHeight); }
+  explicit Bar(QWidget* parent) : QWidget(parent) {
+    setFixedSize(type::scaled(kBarWidth), kBarHeight);
+  }
   void set(double part) {
     part_ = part;
     update();
@@ -29,10 +31,10 @@ class ProgressSheet::Bar final : public QWidget {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette::kChip);
-    constexpr double kRadius = kHeight / 2.0;
+    constexpr double kRadius = kBarHeight / 2.0;
     painter.drawRoundedRect(rect(), kRadius, kRadius);
     painter.setBrush(palette::kAccent);
-    painter.drawRoundedRect(QRectF(0, 0, std::max(width() * part_, kHeight * 1.0), kHeight),
+    painter.drawRoundedRect(QRectF(0, 0, std::max(width() * part_, kBarHeight * 1.0), kBarHeight),
                             kRadius, kRadius);
   }
 

@@ -24,7 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 using Measurements = std::vector<IndexMeasurement>;
 
-struct Options {
+struct IndexOptions {
   std::string tree;
   std::string data;
   int repeat = 1;
@@ -47,7 +47,7 @@ Measurements measured(const std::function<Measurements()>& work, const std::stri
 /// below it.
 class IndexRun {
  public:
-  IndexRun(const Options& options, std::string data)
+  IndexRun(const IndexOptions& options, std::string data)
       : options_(options), data_(std::move(data)), reference_(data_ + "/reference") {}
 
   Measurements measureAll() {
@@ -84,7 +84,7 @@ class IndexRun {
     for (const auto* suffix : {"", "-wal", "-shm"}) fs::remove(data_ + "/index.sqlite" + suffix);
   }
 
-  const Options& options_;
+  const IndexOptions& options_;
   std::string data_;
   std::string reference_;
   Measurements measurements_;
@@ -124,7 +124,7 @@ std::string table(const Measurements& measurements) {
   return table.text();
 }
 
-void print(const Measurements& measurements, const Options& options) {
+void print(const Measurements& measurements, const IndexOptions& options) {
   if (!options.json) {
     std::cout << table(measurements);
     return;
@@ -134,7 +134,7 @@ void print(const Measurements& measurements, const Options& options) {
   std::cout << json.dump(/*indent=*/2) << "\n";
 }
 
-void run(const Options& options) {
+void run(const IndexOptions& options) {
   std::optional<test::TemporaryFolder> temporary;
   if (options.data.empty()) temporary.emplace();
   const auto data = temporary ? temporary->path() : options.data;
@@ -153,7 +153,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addIndexCommand(CLI::App& program) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<IndexOptions>();
   auto* const command =
       program.add_subcommand("index", "Compare ways to index a tree, each in a process of its own");
   command->add_option("DIR", options->tree, "The tree")->required()->check(CLI::ExistingDirectory);

@@ -23,7 +23,7 @@ namespace zelnor::bench {
 namespace {
 
 /// What the actor asks for: the scan, its spool and the writer at the same time.
-constexpr std::size_t kBackgroundThreads = 3;
+constexpr std::size_t kScanThreads = 3;
 
 constexpr std::string_view kBareWalk = "bare walk";
 constexpr std::string_view kPlainWriting = "plain writing";
@@ -108,7 +108,7 @@ std::vector<IndexMeasurement> measurePlainWriting(const std::string& tree,
 
 std::vector<IndexMeasurement> measureRebuild(const std::string& tree, const std::string& data) {
   tasks::RunLoop loop;
-  const tasks::ThreadPool pool(kBackgroundThreads);
+  const tasks::ThreadPool pool(kScanThreads);
   platform::FileDefaultsStore defaults(data);
   FileIndexActor actor({.dataFolder = data,
                         .background = pool.executor(),

@@ -11,7 +11,7 @@ namespace {
 
 using Rows = std::map<std::string, FileRecord>;
 
-constexpr std::chrono::milliseconds kInterval{1};
+constexpr std::chrono::milliseconds kProbeInterval{1};
 constexpr double kPatienceSeconds = 120;
 
 SelectStatement countBelow(const std::string& folder) {
@@ -43,7 +43,7 @@ bool IndexProbe::watch(double patience, const std::function<bool()>& look,
     const auto now = search_.number(version);
     if (seen != now && look()) return true;
     seen = now;
-    std::this_thread::sleep_for(kInterval);
+    std::this_thread::sleep_for(kProbeInterval);
   }
   return false;
 }

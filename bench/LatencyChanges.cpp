@@ -12,7 +12,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr double kMeanPause = 0.1;  // seconds
-constexpr double kPatience = 60;
+constexpr double kSecondsForAll = 60;
 
 enum class Kind : std::uint8_t { create, write, rename, remove };
 constexpr int kKinds = 4;
@@ -79,7 +79,7 @@ std::vector<double> LatencyChanges::run(const IndexProbe& probe, Random& random)
     });
     return made == count_ && waiting.empty();
   };
-  if (!probe.watch(kPatience + (count_ * kMeanPause), takeShown, makeWhatIsDue)) {
+  if (!probe.watch(kSecondsForAll + (count_ * kMeanPause), takeShown, makeWhatIsDue)) {
     throw std::runtime_error("a change does not show in the index");
   }
   return seconds;

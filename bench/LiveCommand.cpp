@@ -12,13 +12,13 @@
 namespace zelnor::bench {
 namespace {
 
-struct Options {
+struct LiveOptions {
   std::string tree;
   LiveEffort effort;
   bool json = false;
 };
 
-void run(const Options& options) {
+void runLive(const LiveOptions& options) {
   bareWalk(options.tree);  // What the first walk reads from the disk the later ones find in memory.
   auto figures = measureLive(options.tree, options.effort);
   const auto memory = measureMemoryOfFollowing(options.effort);
@@ -52,7 +52,7 @@ void addEffort(CLI::App& command, LiveEffort& effort) {
 }  // namespace
 
 void addLiveCommand(CLI::App& program) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<LiveOptions>();
   auto* const command = program.add_subcommand(
       "live", "Measure how the index follows changes; they are made in a temporary folder");
   command->add_option("DIR", options->tree, "A tree that is indexed beside it; it stays as it is")
@@ -60,7 +60,7 @@ void addLiveCommand(CLI::App& program) {
       ->check(CLI::ExistingDirectory);
   addEffort(*command, options->effort);
   command->add_flag("--json", options->json, "Print JSON");
-  command->callback([options] { run(*options); });
+  command->callback([options] { runLive(*options); });
 }
 
 }  // namespace zelnor::bench

@@ -21,7 +21,7 @@
 namespace zelnor::bench {
 namespace {
 
-struct Options {
+struct QueryOptions {
   std::string data;
   QueryRunner::Effort effort;
   bool json = false;
@@ -36,7 +36,7 @@ std::vector<QueryCase> casesFor(const BareSearch& bare) {
   });
 }
 
-std::vector<QueryMeasurement> measureAll(const Options& options) {
+std::vector<QueryMeasurement> measureAll(const QueryOptions& options) {
   tasks::RunLoop loop;
   const tasks::ThreadPool pool(1);
   DatabaseManager database(options.data, pool.executor(), DatabaseManager::Access::readOnly);
@@ -73,7 +73,7 @@ std::string table(const std::vector<QueryMeasurement>& measurements, const std::
   return table.text();
 }
 
-void run(const Options& options) {
+void runQuery(const QueryOptions& options) {
   const auto measurements = measureAll(options);
   if (options.json) {
     const nlohmann::ordered_json json = {{"data", options.data},
@@ -95,7 +95,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addQueryCommand(CLI::App& program) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<QueryOptions>();
   auto* const command =
       program.add_subcommand("query", "Measure searches, through the engine and as bare SQL");
   command->add_option("DIR", options->data, "A data folder, with an index in it")
@@ -110,7 +110,7 @@ void addQueryCommand(CLI::App& program) {
       ->check(CLI::PositiveNumber)
       ->capture_default_str();
   command->add_flag("--json", options->json, "Print JSON");
-  command->callback([options] { run(*options); });
+  command->callback([options] { runQuery(*options); });
 }
 
 }  // namespace zelnor::bench

@@ -12,14 +12,14 @@
 namespace zelnor::bench {
 namespace {
 
-struct Options {
+struct ReconcileOptions {
   std::string tree;
   int repeat = 3;
   FollowedIndex::Source source;
   bool json = false;
 };
 
-void run(const Options& options) {
+void runReconcile(const ReconcileOptions& options) {
   bareWalk(options.tree);  // What the first walk reads from the disk the later ones find in memory.
   const auto figures = measureReconciling(options.tree, options.repeat, options.source);
   std::cout << text(figures, {{"tree", options.tree}, {"repeat", options.repeat}}, options.json);
@@ -28,7 +28,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addReconcileCommand(CLI::App& program) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ReconcileOptions>();
   auto* const command = program.add_subcommand(
       "reconcile", "Compare catching up with an unchanged tree after a start with a bare walk");
   command->add_option("DIR", options->tree, "The tree")->required()->check(CLI::ExistingDirectory);
@@ -37,7 +37,7 @@ void addReconcileCommand(CLI::App& program) {
       ->capture_default_str();
   addSourceOption(*command, options->source);
   command->add_flag("--json", options->json, "Print JSON");
-  command->callback([options] { run(*options); });
+  command->callback([options] { runReconcile(*options); });
 }
 
 }  // namespace zelnor::bench

@@ -13,7 +13,7 @@
 namespace zelnor::bench {
 namespace {
 
-constexpr double kMega = 1e6;
+constexpr double kBytesPerMegabyte = 1e6;
 
 nlohmann::ordered_json timeBareWalk(const std::string& tree) {
   const Stopwatch watch;
@@ -63,7 +63,7 @@ Figures measureReconciling(const std::string& tree, int repeat, FollowedIndex::S
           {.name = "how many bare walks that takes", .unit = "", .value = comparison / walk},
           {.name = "private memory at most",
            .unit = "MB",
-           .value = static_cast<double>(peakBytes) / kMega}};
+           .value = static_cast<double>(peakBytes) / kBytesPerMegabyte}};
 }
 
 }  // namespace zelnor::bench

@@ -37,7 +37,7 @@
 namespace zelnor::bench {
 namespace {
 
-constexpr std::chrono::seconds kPatience{20};
+constexpr std::chrono::seconds kDrawPatience{20};
 constexpr QSize kLargest(1920, 1080);  // 3840 × 2160 at scale 2
 
 void waitFor(const std::function<bool()>& condition) {
@@ -45,7 +45,7 @@ void waitFor(const std::function<bool()>& condition) {
   watch.start();
   while (!condition()) {
     QApplication::processEvents(QEventLoop::AllEvents, /*ms=*/10);
-    if (watch.hasExpired(std::chrono::milliseconds(kPatience).count()))
+    if (watch.hasExpired(std::chrono::milliseconds(kDrawPatience).count()))
       throw std::runtime_error("the panel does not answer");
   }
 }

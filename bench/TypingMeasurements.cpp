@@ -18,7 +18,7 @@
 namespace zelnor::bench {
 namespace {
 
-constexpr double kMilli = 1e3;
+constexpr double kMillisecondsPerSecond = 1e3;
 constexpr std::chrono::milliseconds kFirstPainting{500};
 
 /// How the first rebuild of the index goes.
@@ -57,7 +57,7 @@ Figures figuresOf(const RebuildWatch& rebuild, const std::vector<double>& answer
                   std::vector<double> waits) {
   const auto answered = Statistics::of(answers);
   std::ranges::sort(waits);
-  const auto ms = [](double seconds) { return std::optional(seconds * kMilli); };
+  const auto ms = [](double seconds) { return std::optional(seconds * kMillisecondsPerSecond); };
   return {{.name = "entries indexed meanwhile",
            .unit = "",
            .value = static_cast<double>(rebuild.entries())},

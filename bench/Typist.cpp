@@ -11,7 +11,7 @@ namespace zelnor::bench {
 namespace {
 
 constexpr std::chrono::milliseconds kBetweenKeys{100};
-constexpr std::chrono::seconds kPatience{30};
+constexpr std::chrono::seconds kTypingPatience{30};
 
 }  // namespace
 
@@ -51,7 +51,7 @@ void Typist::waitUntilPainted(const Stopwatch& sinceLastKey) {
   };
   const auto connection =
       QObject::connect(&model_, &SearchViewModel::isSearchingChanged, &loop, onAnswer);
-  QTimer::singleShot(kPatience, &loop, [&loop] { loop.exit(1); });
+  QTimer::singleShot(kTypingPatience, &loop, [&loop] { loop.exit(1); });
   const bool isPainted = loop.exec() == 0;
   QObject::disconnect(connection);
   application_.whenPainted({});

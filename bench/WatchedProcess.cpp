@@ -50,7 +50,7 @@ std::int64_t anonymousBytes(pid_t process) {
   return 0;
 }
 
-std::int64_t fileBytes(const std::string& path) {
+std::int64_t watchedBytes(const std::string& path) {
   std::error_code missing;
   const auto size = std::filesystem::file_size(path, missing);
   return missing ? 0 : static_cast<std::int64_t>(size);
@@ -82,7 +82,7 @@ std::string listen(const FileDescriptor& input, pid_t child, const std::string& 
   pollfd waiting{.fd = input.get(), .events = POLLIN, .revents = 0};
   for (;;) {
     run.peakAnonymousBytes = std::max(run.peakAnonymousBytes, anonymousBytes(child));
-    run.peakFileBytes = std::max(run.peakFileBytes, fileBytes(watchedFile));
+    run.peakFileBytes = std::max(run.peakFileBytes, watchedBytes(watchedFile));
     if (poll(&waiting, /*nfds=*/1, kSampleMilliseconds) <= 0) continue;
     std::array<char, 4096> buffer{};
     const auto count = read(input.get(), buffer.data(), buffer.size());

@@ -6,8 +6,6 @@ namespace zelnor::platform {
 
 namespace {
 
-constexpr std::string_view kPackageSuffix = ".app";
-
 /// Takes the first component off `rest`, with the slash after it.
 std::string_view takeComponent(std::string_view& rest) {
   const auto component = rest.substr(0, rest.find('/'));

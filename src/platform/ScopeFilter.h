@@ -7,6 +7,9 @@
 
 namespace zelnor::platform {
 
+/// Of the names of folders that count as one thing.
+inline constexpr std::string_view kPackageSuffix = ".app";
+
 /// What an entry is, as far as the scope asks.
 enum class EntryKind : std::uint8_t { file, folder, link, unknown };
 
@@ -14,7 +17,7 @@ enum class EntryKind : std::uint8_t { file, folder, link, unknown };
 struct ScopeFilter {
   std::vector<std::string> excludedPrefixes;  ///< of whole paths, as plain text
   bool skipsHidden = false;           ///< names that begin with a dot, and all below such folders
-  bool skipsPackageContents = false;  ///< what is below folders whose name ends in ".app"
+  bool skipsPackageContents = false;  ///< what is below folders whose name ends in `kPackageSuffix`
   bool skipsLinks = false;
 
   /// Whether the entry at `path` is indexed when `root` is. Both are absolute, without a slash at

@@ -13,7 +13,7 @@ namespace zelnor {
 
 namespace {
 
-constexpr std::size_t kIconBytes = std::size_t{2} << 20U;
+constexpr std::size_t kReadIconBytes = std::size_t{2} << 20U;
 /// Nobody draws icons of this size; whoever makes one wants to see programs fail.
 constexpr int kMaxSide = 4096;
 
@@ -52,7 +52,7 @@ std::size_t costOf(const QImage& image) {
 
 FileIconReader::FileIconReader(std::unique_ptr<platform::FileAppearances> appearances,
                                std::unique_ptr<platform::IconFinder> finder)
-    : appearances_(std::move(appearances)), finder_(std::move(finder)), icons_(kIconBytes) {}
+    : appearances_(std::move(appearances)), finder_(std::move(finder)), icons_(kReadIconBytes) {}
 
 FileIconAnswer FileIconReader::read(const FileIconRequest& request) {
   const auto appearance = appearances_->appearance(request.path, request.isFolder);

@@ -21,11 +21,11 @@ constexpr auto kRepeats = "*+?{"sv;
 
 bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 bool isPrintable(char byte) { return byte >= ' ' && byte <= '~'; }
-char lowerCased(char byte) {
+char asciiLowerCased(char byte) {
   return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 bool isAlphanumeric(char byte) {
-  const char lower = lowerCased(byte);
+  const char lower = asciiLowerCased(byte);
   return (lower >= 'a' && lower <= 'z') || (byte >= '0' && byte <= '9');
 }
 
@@ -104,7 +104,7 @@ class Reader {
   bool readLiteral(char character) {
     const auto repeats = readRepeats();
     if (!repeats) return false;
-    if (depth_ == 0 && repeats != Repeats::maybeNever) literal_ += lowerCased(character);
+    if (depth_ == 0 && repeats != Repeats::maybeNever) literal_ += asciiLowerCased(character);
     if (repeats != Repeats::once) endLiteral();
     return true;
   }
@@ -162,7 +162,7 @@ std::string requiredLiteral(std::string_view pattern) {
 }
 
 bool mayHoldLiteral(std::string_view name, std::string_view literal) {
-  const auto found = std::ranges::search(name, literal, {}, lowerCased);
+  const auto found = std::ranges::search(name, literal, {}, asciiLowerCased);
   return !found.empty() || literal.empty() || !std::ranges::all_of(name, isAscii);
 }
 

@@ -23,10 +23,6 @@ struct SameButPlace {
   }
 };
 
-FullTextIndex::Row rowOf(FileRecord record) {
-  return {record.id, std::move(record.name), std::move(record.path)};
-}
-
 class Application {
  public:
   Application(FileTable& table, FullTextIndex& fullText) : table_(table), fullText_(fullText) {}
@@ -68,13 +64,13 @@ class Application {
     auto& newcomer = **found;
     newcomers.erase(found);
     table_.move(stored.id, newcomer.path);
-    terms_.push_back({rowOf(std::move(stored)), std::exchange(newcomer.path, {})});
+    terms_.push_back({FullTextIndex::Row::of(std::move(stored)), std::exchange(newcomer.path, {})});
     ++difference_.moved;
   }
 
   void erase(FileRecord stored) {
     table_.erase(stored.id);
-    terms_.push_back({rowOf(std::move(stored)), std::nullopt});
+    terms_.push_back({FullTextIndex::Row::of(std::move(stored)), std::nullopt});
     ++difference_.removed;
   }
 

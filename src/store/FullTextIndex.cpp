@@ -1,6 +1,7 @@
 #include "store/FullTextIndex.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "store/SchemaManager.h"
 
@@ -25,6 +26,10 @@ void run(Statement& statement, std::int64_t id, const std::string& name, const s
 }
 
 }  // namespace
+
+FullTextIndex::Row FullTextIndex::Row::of(FileRecord record) {
+  return {.id = record.id, .name = std::move(record.name), .path = std::move(record.path)};
+}
 
 FullTextIndex::FullTextIndex(sqlite3* connection)
     : connection_(connection),

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "store/FileRecord.h"
 #include "store/Sqlite.h"
 
 namespace zelnor {
@@ -20,6 +21,8 @@ class FullTextIndex {
     std::int64_t id;
     std::string name;
     std::string path;
+
+    static Row of(FileRecord record);
   };
 
   /// What became of a row.

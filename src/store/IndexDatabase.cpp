@@ -58,10 +58,6 @@ ConnectionHandle connect(const std::string& path, int flags) {
   return handle;
 }
 
-FullTextIndex::Row rowOf(FileRecord record) {
-  return {record.id, std::move(record.name), std::move(record.path)};
-}
-
 void appendRecords(Statement& rows, std::vector<FileRecord>& records) {
   while (rows.step()) {
     if (rows.text(1).data() == nullptr || rows.text(2).data() == nullptr) continue;
@@ -206,7 +202,8 @@ RowDifference IndexDatabase::batchInsert(std::span<const FileRecord> records) {
     if (table.insertNew(record)) continue;
     auto old = table.find(record.path);
     // A row of this very batch is not in the full-text table yet.
-    if (old && old->id <= lastOldId) replaced.push_back({rowOf(std::move(*old)), std::nullopt});
+    if (old && old->id <= lastOldId)
+      replaced.push_back({FullTextIndex::Row::of(std::move(*old)), std::nullopt});
     table.insertOrReplace(record);
     ++difference.removed;
   }
@@ -224,7 +221,7 @@ void IndexDatabase::deleteByPaths(std::span<const std::string> paths) {
     auto row = writer_->table.find(path);
     if (!row) continue;
     writer_->table.erase(path);
-    gone.push_back({rowOf(std::move(*row)), std::nullopt});
+    gone.push_back({FullTextIndex::Row::of(std::move(*row)), std::nullopt});
   }
   writer_->fullText.change(std::move(gone));
   transaction.commit();

@@ -12,14 +12,14 @@ namespace zelnor::ui {
 
 namespace {
 
-constexpr int kSymbol = 15;
-constexpr int kPadding = 8;
+constexpr int kMenuSymbol = 15;
+constexpr int kMenuPadding = 8;
 constexpr int kSymbolGap = 8;
 constexpr int kShortcutGap = 24;
 constexpr int kItemHeight = 26;
 constexpr int kSeparatorHeight = 9;
 constexpr int kShortest = 120;
-constexpr double kRadius = 5;
+constexpr double kMenuRadius = 5;
 constexpr auto kDestructive = "destructive";
 
 /// What menus write for a single "&".
@@ -81,7 +81,7 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& item) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   if (item.menuItemType == QStyleOptionMenuItem::Separator) {
-    const auto line = item.rect.adjusted(kPadding, 0, -kPadding, 0);
+    const auto line = item.rect.adjusted(kMenuPadding, 0, -kMenuPadding, 0);
     painter.fillRect(QRect(line.left(), line.center().y(), line.width(), 1), palette::kSeparator);
     painter.restore();
     return;
@@ -90,17 +90,17 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& item) {
   if (isChosen) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette::kSelection);
-    painter.drawRoundedRect(item.rect, kRadius, kRadius);
+    painter.drawRoundedRect(item.rect, kMenuRadius, kMenuRadius);
   }
-  const int side = type::scaled(kSymbol);
-  QRect place(item.rect.left() + kPadding, 0, side, side);
+  const int side = type::scaled(kMenuSymbol);
+  QRect place(item.rect.left() + kMenuPadding, 0, side, side);
   place.moveTop(item.rect.center().y() - side / 2);
   if (item.checkType != QStyleOptionMenuItem::NotCheckable && item.checked) {
     paintSymbol(painter, place, QLatin1String("checkmark"), palette::kSecondaryText);
   } else {
     item.icon.paint(&painter, place);
   }
-  const auto text = item.rect.adjusted(kPadding + side + kSymbolGap, 0, -kPadding, 0);
+  const auto text = item.rect.adjusted(kMenuPadding + side + kSymbolGap, 0, -kMenuPadding, 0);
   painter.setFont(item.font);
   painter.setPen(item.palette.color(QPalette::Text));
   painter.drawText(text, Qt::AlignVCenter | Qt::TextSingleLine,
@@ -116,7 +116,7 @@ QSize menuItemSize(const QStyleOptionMenuItem& item) {
   int text = metrics.horizontalAdvance(shown(item));
   if (const auto keys = shortcut(item); !keys.isEmpty())
     text += kShortcutGap + metrics.horizontalAdvance(keys);
-  const int width = 3 * kPadding + type::scaled(kSymbol) + kSymbolGap + text;
+  const int width = 3 * kMenuPadding + type::scaled(kMenuSymbol) + kSymbolGap + text;
   return {std::max(width, kShortest), type::scaled(kItemHeight)};
 }
 

@@ -18,12 +18,12 @@ namespace zelnor::ui {
 
 namespace {
 
-constexpr int kTime = 180;  // ms
+constexpr int kSheetTime = 180;  // ms
 constexpr int kSlide = 14;
-constexpr int kPadding = 20;
+constexpr int kSheetPadding = 20;
 constexpr int kPartSpacing = 16;
 constexpr int kSmallestMargin = 8;
-constexpr double kRadius = 12;
+constexpr double kSheetRadius = 12;
 constexpr float kDimness = 0.28F;
 constexpr int kShadow = 10;
 
@@ -37,7 +37,8 @@ class Card final : public QWidget {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(palette::kOutline);
     painter.setBrush(palette::kPanel);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kSheetRadius,
+                            kSheetRadius);
   }
 };
 
@@ -109,7 +110,7 @@ Sheet::Sheet(const QString& title, QWidget& panel)
   [[maybe_unused]] static const bool isKnown = (QAccessible::installFactory(makeAccessible), true);
   setAccessibleName(title);
   setFocusPolicy(Qt::StrongFocus);
-  parts_->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
+  parts_->setContentsMargins(kSheetPadding, kSheetPadding, kSheetPadding, kSheetPadding);
   parts_->setSpacing(kPartSpacing);
   panel.installEventFilter(this);
   slide_.setEasingCurve(QEasingCurve::OutCubic);
@@ -152,7 +153,7 @@ void Sheet::open() {
   if (firstFocus_) firstFocus_->setFocus(Qt::OtherFocusReason);
   slide_.setStartValue(0.0);
   slide_.setEndValue(1.0);
-  slide_.setDuration(motionTime(*this, kTime));
+  slide_.setDuration(motionTime(*this, kSheetTime));
   slide_.start();
 }
 
@@ -236,7 +237,7 @@ void Sheet::paintEvent(QPaintEvent* /*event*/) {
     painter.setBrush(QColor(0, 0, 0, 6));
     painter.drawRoundedRect(
         QRectF(card_->geometry()).adjusted(-spread, -spread + 3, spread, spread + 3),
-        kRadius + spread, kRadius + spread);
+        kSheetRadius + spread, kSheetRadius + spread);
   }
 }
 

@@ -10,7 +10,7 @@
 namespace zelnor::ui {
 
 namespace {
-constexpr int kTime = 180;  // ms
+constexpr int kSlideTime = 180;  // ms
 }
 
 SlidingPane::SlidingPane(QWidget* content, Edge edge, QWidget* parent)
@@ -36,7 +36,7 @@ void SlidingPane::setOpen(bool isOpen) {
   motion_.stop();
   motion_.setStartValue(shown_);
   motion_.setEndValue(isOpen ? 1.0 : 0.0);
-  motion_.setDuration(motionTime(*this, kTime));
+  motion_.setDuration(motionTime(*this, kSlideTime));
   motion_.start();
 }
 

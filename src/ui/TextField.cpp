@@ -5,7 +5,7 @@
 namespace zelnor::ui {
 
 namespace {
-constexpr int kHeight = 26;
+constexpr int kFieldHeight = 26;
 constexpr int kInset = 4;
 }  // namespace
 
@@ -15,7 +15,7 @@ QLineEdit* makeTextField(const QString& title, const QString& text, QWidget* par
   field->setAccessibleName(title);
   field->setPlaceholderText(title);
   field->setTextMargins(kInset, 0, kInset, 0);
-  field->setMinimumHeight(type::scaled(kHeight));
+  field->setMinimumHeight(type::scaled(kFieldHeight));
   return field;
 }
 

@@ -9,7 +9,7 @@
 namespace zelnor {
 namespace {
 
-constexpr auto kAutomerge = "SELECT v FROM files_fts_config WHERE k = 'automerge'";
+constexpr auto kAutomergeSetting = "SELECT v FROM files_fts_config WHERE k = 'automerge'";
 constexpr auto kPieces = "SELECT count(DISTINCT segid) FROM files_fts_idx";
 
 class ResumingTest : public testing::Test {
@@ -79,10 +79,10 @@ TEST_F(ResumingTest, MergingThatQuittingBrokeOffGoesOnInSteps) {
   const auto index = raw();
   ASSERT_GT(index.integer(kPieces), 4);
   test::Indexer next(data_.path(), /*followsChanges=*/true);
-  EXPECT_EQ(index.integer(kAutomerge), 0) << "the next write would merge everything at once";
+  EXPECT_EQ(index.integer(kAutomergeSetting), 0) << "the next write would merge everything at once";
   next.main().await(next.actor().resume(config));
   next.main().await(next.actor().settled());
-  EXPECT_EQ(index.integer(kAutomerge), 4);
+  EXPECT_EQ(index.integer(kAutomergeSetting), 4);
   EXPECT_LT(index.integer(kPieces), 4);
 }
 

@@ -34,16 +34,16 @@ std::optional<struct stat> statusOf(const std::string& path) {
   return status;
 }
 
-std::string parentOf(const std::string& path) {
+std::string folderOf(const std::string& path) {
   const auto slash = path.rfind('/');
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
 /// The uppermost folder that is on the same file system as `path`.
 std::string topOf(const std::string& path, dev_t device) {
-  auto top = parentOf(path);
+  auto top = folderOf(path);
   while (top != "/") {
-    const auto parent = parentOf(top);
+    const auto parent = folderOf(top);
     const auto status = statusOf(parent);
     if (!status || status->st_dev != device) break;
     top = parent;

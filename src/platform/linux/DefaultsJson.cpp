@@ -14,16 +14,16 @@ using Value = DefaultsStore::Value;
 
 constexpr const char* kBytesTag = "base64";
 
-Json toJson(const std::string& text) { return jsonFromString(text); }
-Json toJson(const std::vector<std::string>& texts) { return jsonFromStrings(texts); }
-Json toJson(const DefaultsStore::Bytes& bytes) { return jsonFromBytes(kBytesTag, bytes); }
-Json toJson(bool flag) { return flag; }
-Json toJson(std::uint64_t number) { return number; }
+Json jsonOf(const std::string& text) { return jsonFromString(text); }
+Json jsonOf(const std::vector<std::string>& texts) { return jsonFromStrings(texts); }
+Json jsonOf(const DefaultsStore::Bytes& bytes) { return jsonFromBytes(kBytesTag, bytes); }
+Json jsonOf(bool flag) { return flag; }
+Json jsonOf(std::uint64_t number) { return number; }
 
 }  // namespace
 
 nlohmann::ordered_json toJson(const Value& value) {
-  return std::visit([](const auto& typed) { return toJson(typed); }, value);
+  return std::visit([](const auto& typed) { return jsonOf(typed); }, value);
 }
 
 std::optional<Value> valueFromJson(const Json& json) {

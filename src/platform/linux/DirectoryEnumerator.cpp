@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/ScopeFilter.h"
 #include "platform/linux/EntryStatus.h"
 #include "platform/linux/FolderChain.h"
 #include "platform/linux/ListingStack.h"
@@ -22,8 +23,6 @@
 namespace zelnor::platform {
 
 namespace {
-
-constexpr std::string_view kPackageSuffix = ".app";
 
 /// Whether `folder` + "/" sorts before `name`, of which is known that it sorts after `folder`.
 bool descentPrecedes(std::string_view folder, std::string_view name) {

@@ -15,13 +15,13 @@ namespace zelnor::platform {
 
 namespace {
 
-void check(bool succeeded, const std::string& path) {
+void checkRename(bool succeeded, const std::string& path) {
   if (!succeeded) throw std::system_error(errno, std::generic_category(), path);
 }
 
 ShortPath shortened(const std::string& path) {
   auto result = shorten(path);
-  check(result.rest != nullptr, path);
+  checkRename(result.rest != nullptr, path);
   return result;
 }
 
@@ -32,7 +32,7 @@ int plainRename(const ShortPath& from, const ShortPath& to, unsigned flags) {
 bool isUnknownToFileSystem(int error) { return error == EINVAL || error == ENOSYS; }
 
 void renameFolder(const ShortPath& from, const ShortPath& to, const std::string& path) {
-  check(::mkdirat(to.folderOrCurrent(), to.rest, S_IRWXU) == 0, path);
+  checkRename(::mkdirat(to.folderOrCurrent(), to.rest, S_IRWXU) == 0, path);
   if (plainRename(from, to, /*flags=*/0) == 0) return;
   const int reason = errno;
   ::unlinkat(to.folderOrCurrent(), to.rest, AT_REMOVEDIR);
@@ -42,7 +42,7 @@ void renameFolder(const ShortPath& from, const ShortPath& to, const std::string&
 void renameByLinking(const ShortPath& from, const ShortPath& to, const std::string& path) {
   const int linked = ::linkat(from.folderOrCurrent(), from.rest, to.folderOrCurrent(), to.rest,
                               /*flags=*/0);
-  check(linked == 0, path);
+  checkRename(linked == 0, path);
   if (::unlinkat(from.folderOrCurrent(), from.rest, /*flags=*/0) == 0) return;
   const int reason = errno;
   ::unlinkat(to.folderOrCurrent(), to.rest, /*flags=*/0);
@@ -61,11 +61,11 @@ void renameExclusively(const std::string& from, const std::string& to) {
   const auto source = shortened(from);
   const auto target = shortened(to);
   if (from == to) {
-    check(readStatus(source.folderOrCurrent(), source.rest).has_value(), from);
+    checkRename(readStatus(source.folderOrCurrent(), source.rest).has_value(), from);
     return;
   }
   if (plainRename(source, target, RENAME_NOREPLACE) == 0) return;
-  check(isUnknownToFileSystem(errno), to);
+  checkRename(isUnknownToFileSystem(errno), to);
   renameInSteps(from, to);
 }
 

@@ -16,8 +16,8 @@ namespace zelnor::ui {
 
 namespace {
 
-constexpr int kWidth = 340;
-constexpr int kPadding = 20;  // of the sheet
+constexpr int kFormWidth = 340;
+constexpr int kAroundForm = 20;  // of the sheet
 const auto kTitle = QStringLiteral(u"保存书签");
 
 /// Rows of a label and what belongs to it, in a box.
@@ -86,7 +86,7 @@ QWidget* AddBookmarkSheet::makeForm() {
   form->addRow(name_->accessibleName(), name_);
   form->addRow(category, category_);
   form->addRow(query, query_);
-  form->setFixedWidth(type::scaled(kWidth) - 2 * kPadding);
+  form->setFixedWidth(type::scaled(kFormWidth) - 2 * kAroundForm);
   return form;
 }
 

@@ -17,7 +17,7 @@ namespace zelnor::ui {
 
 namespace {
 
-constexpr double kRadius = 5;
+constexpr double kHighlightRadius = 5;
 constexpr int kEllipsis = 9;
 constexpr double kDraggedOpacity = 0.4;
 
@@ -32,7 +32,7 @@ void paintLine(QPainter& painter, const QRect& rect, const QString& text, type::
 void shade(QPainter& painter, const QRect& rect) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(palette::kChip);
-  painter.drawRoundedRect(rect, kRadius, kRadius);
+  painter.drawRoundedRect(rect, kHighlightRadius, kHighlightRadius);
 }
 
 bool isCut(const QRect& rect, const QString& text, type::Size size) {
@@ -64,7 +64,7 @@ void BookmarkDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   painter->restore();
   const bool isCurrent = option.state.testFlag(QStyle::State_HasFocus);
   if (isCurrent && option.widget != nullptr && showsFocus(*option.widget)) {
-    paintFocusRing(*painter, partsOf(option.rect, index).highlight, kRadius);
+    paintFocusRing(*painter, partsOf(option.rect, index).highlight, kHighlightRadius);
   }
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kOutside = 6;  // from the edge of the list to the highlight
 constexpr int kInside = 6;   // from there to the text
-constexpr int kPadding = 2;
+constexpr int kHighlightPadding = 2;
 constexpr int kLineGap = 2;
 constexpr int kAboveHeading = 8;
 constexpr int kBelowHeading = 3;
@@ -21,7 +21,7 @@ int lineHeight(type::Size size) { return QFontMetrics(type::font(size)).height()
 }  // namespace
 
 int BookmarkRowGeometry::bookmarkHeight() {
-  return lineHeight(type::kLabel) + kLineGap + lineHeight(type::kCaption) + 2 * kPadding;
+  return lineHeight(type::kLabel) + kLineGap + lineHeight(type::kCaption) + 2 * kHighlightPadding;
 }
 
 int BookmarkRowGeometry::headingHeight() {
@@ -31,7 +31,8 @@ int BookmarkRowGeometry::headingHeight() {
 BookmarkRowGeometry BookmarkRowGeometry::ofBookmark(const QRect& row) {
   BookmarkRowGeometry parts;
   parts.highlight = row.adjusted(kOutside, 0, -kOutside, 0);
-  const auto text = parts.highlight.adjusted(kInside, kPadding, -kInside, -kPadding);
+  const auto text =
+      parts.highlight.adjusted(kInside, kHighlightPadding, -kInside, -kHighlightPadding);
   parts.name = text;
   parts.name.setHeight(lineHeight(type::kLabel));
   parts.description = text;

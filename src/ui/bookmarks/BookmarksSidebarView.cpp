@@ -20,7 +20,7 @@ namespace zelnor::ui {
 
 namespace {
 
-constexpr int kWidth = 220;
+constexpr int kSidebarWidth = 220;
 constexpr int kHeaderSides = 10;
 constexpr int kHeaderPadding = 8;
 constexpr int kButtonPadding = 6;  // of a symbol button, around its symbol
@@ -80,7 +80,7 @@ BookmarksSidebarView::BookmarksSidebarView(BookmarkViewModel& bookmarks, QWidget
 }
 
 QSize BookmarksSidebarView::sizeHint() const {
-  return {type::scaled(kWidth), QWidget::sizeHint().height()};
+  return {type::scaled(kSidebarWidth), QWidget::sizeHint().height()};
 }
 
 QWidget* BookmarksSidebarView::makeHeader() {

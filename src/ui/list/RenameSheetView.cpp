@@ -12,14 +12,14 @@
 namespace zelnor::ui {
 
 namespace {
-constexpr int kPadding = 24;
-constexpr int kFieldWidth = 300;
+constexpr int kAroundField = 24;
+constexpr int kNameWidth = 300;
 }  // namespace
 
 RenameSheetView::RenameSheetView(std::string name, bool selectsStem,
                                  std::function<void(const std::string&)> confirmed, QWidget& panel)
     : Sheet(QStringLiteral(u"重命名"), panel), name_(std::move(name)) {
-  parts().setContentsMargins(kPadding, kPadding, kPadding, kPadding);
+  parts().setContentsMargins(kAroundField, kAroundField, kAroundField, kAroundField);
   parts().addWidget(makeText(QStringLiteral(u"重命名"), type::kHeadline, palette::kText, card(),
                              QFont::DemiBold));
   addField(selectsStem);
@@ -33,7 +33,7 @@ void RenameSheetView::addField(bool selectsStem) {
   field_->setPlaceholderText(QStringLiteral(u"文件名"));
   field_->setAccessibleName(QStringLiteral(u"文件名"));
   field_->setFont(type::font(type::kBody));
-  field_->setFixedWidth(type::scaled(kFieldWidth));
+  field_->setFixedWidth(type::scaled(kNameWidth));
   parts().addWidget(field_);
   setFirstFocus(field_);
   const auto dot = field_->text().lastIndexOf(u'.');

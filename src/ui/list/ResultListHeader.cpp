@@ -13,7 +13,7 @@
 namespace zelnor::ui {
 
 namespace {
-constexpr int kHeight = 26;
+constexpr int kHeaderHeight = 26;
 constexpr int kArrow = 9;
 constexpr int kArrowGap = 3;
 }  // namespace
@@ -77,7 +77,7 @@ ResultListHeader::Cell* ResultListHeader::addCell(const QString& title, SortFiel
   return cell;
 }
 
-QSize ResultListHeader::sizeHint() const { return {0, type::scaled(kHeight)}; }
+QSize ResultListHeader::sizeHint() const { return {0, type::scaled(kHeaderHeight)}; }
 
 bool ResultListHeader::event(QEvent* event) {
   if (event->type() == QEvent::ApplicationFontChange) {

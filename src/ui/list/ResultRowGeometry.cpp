@@ -8,10 +8,10 @@ namespace zelnor::ui {
 
 namespace {
 
-constexpr int kHeight = 44;
+constexpr int kRowHeight = 44;
 constexpr int kSmallestPadding = 3;  // above and below the texts
 constexpr int kMargin = 12;
-constexpr int kGap = 12;
+constexpr int kColumnGap = 12;
 constexpr int kIcon = 28;
 constexpr int kLocationWidth = 200;
 constexpr int kSizeWidth = 80;
@@ -38,18 +38,18 @@ struct Columns {
   /// In a narrow line the date gives way first, then the size: a name says more.
   static Columns of(const QRect& line) {
     Columns columns;
-    columns.name.left = line.left() + kMargin + kIcon + kGap;
+    columns.name.left = line.left() + kMargin + kIcon + kColumnGap;
     int end = line.left() + line.width() - kMargin;
     const int size = type::scaled(kSizeWidth);
     const int date = type::scaled(kDateWidth);
     const int spare = end - columns.name.left - type::scaled(kNameAtLeast);
-    if (spare >= size + date + 2 * kGap) {
+    if (spare >= size + date + 2 * kColumnGap) {
       columns.date = {end - date, date};
-      end = columns.date.left - kGap;
+      end = columns.date.left - kColumnGap;
     }
-    if (spare >= size + kGap) {
+    if (spare >= size + kColumnGap) {
       columns.size = {end - size, size};
-      end = columns.size.left - kGap;
+      end = columns.size.left - kColumnGap;
     }
     columns.name.width = std::max(end - columns.name.left, 0);
     return columns;
@@ -59,7 +59,7 @@ struct Columns {
 }  // namespace
 
 int ResultRowGeometry::height(const Lines& lines) {
-  return std::max(kHeight, lines.name + lines.folder + 2 * kSmallestPadding);
+  return std::max(kRowHeight, lines.name + lines.folder + 2 * kSmallestPadding);
 }
 
 ResultRowGeometry ResultRowGeometry::of(const QRect& row, const Lines& lines) {
@@ -77,11 +77,11 @@ ResultRowGeometry ResultRowGeometry::of(const QRect& row, const Lines& lines) {
 ResultHeaderGeometry ResultHeaderGeometry::of(const QRect& header) {
   auto columns = Columns::of(header);
   Span location;
-  const int room = columns.name.width - kGap - type::scaled(kNameTitle);
+  const int room = columns.name.width - kColumnGap - type::scaled(kNameTitle);
   if (room >= type::scaled(kLocationTitle)) {
     location.width = std::min(room, type::scaled(kLocationWidth));
     location.left = columns.name.left + columns.name.width - location.width;
-    columns.name.width = location.left - kGap - columns.name.left;
+    columns.name.width = location.left - kColumnGap - columns.name.left;
   }
   return {columns.name.in(header), location.in(header), columns.size.in(header),
           columns.date.in(header)};

@@ -16,8 +16,8 @@ namespace zelnor::ui {
 
 namespace {
 
-constexpr double kRadius = 5;
-constexpr double kSymbol = 13;
+constexpr double kBoxRadius = 5;
+constexpr double kBoxSymbol = 13;
 
 FileTypeCategory categoryOf(const FileRecord& record) {
   if (record.kind == FileKind::directory) return FileTypeCategory::folder;
@@ -55,8 +55,8 @@ void paintSquare(QPainter& painter, const QRectF& box, FileTypeCategory category
   painter.setPen(Qt::NoPen);
   painter.setBrush(QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
                                     static_cast<float>(color.blue)));
-  painter.drawRoundedRect(box, kRadius, kRadius);
-  QRectF symbol(0, 0, kSymbol, kSymbol);
+  painter.drawRoundedRect(box, kBoxRadius, kBoxRadius);
+  QRectF symbol(0, 0, kBoxSymbol, kBoxSymbol);
   symbol.moveCenter(box.center());
   paintSymbol(painter, symbol, symbolOf(category), Qt::white);
 }

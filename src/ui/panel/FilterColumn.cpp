@@ -6,17 +6,17 @@
 namespace zelnor::ui {
 
 namespace {
-constexpr int kSpacing = 8;
-constexpr int kAboveAndBelow = 4;
+constexpr int kRowSpacing = 8;
+constexpr int kColumnMargin = 4;
 }  // namespace
 
 FilterColumn::FilterColumn(const QString& title, QWidget* parent)
     : QWidget(parent), rows_(new QVBoxLayout) {
   setAccessibleName(title);
   auto* all = new QVBoxLayout(this);
-  all->setContentsMargins(0, kAboveAndBelow, 0, kAboveAndBelow);
+  all->setContentsMargins(0, kColumnMargin, 0, kColumnMargin);
   all->setSpacing(0);
-  rows_->setSpacing(kSpacing);
+  rows_->setSpacing(kRowSpacing);
   rows_->addWidget(makeText(title, type::kLabel, palette::kText, this, QFont::DemiBold));
   all->addLayout(rows_);
   all->addStretch();

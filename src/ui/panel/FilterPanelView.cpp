@@ -21,8 +21,8 @@ namespace zelnor::ui {
 
 namespace {
 
-constexpr int kSides = 16;
-constexpr int kAboveAndBelow = 8;
+constexpr int kPanelSides = 16;
+constexpr int kRowMargin = 8;
 constexpr int kDividerInset = 12;
 constexpr int kDividerSides = 12;
 constexpr int kNoteGap = 4;
@@ -109,7 +109,7 @@ FilterPanelView::FilterPanelView(SearchViewModel& search, QWidget* parent)
 QWidget* FilterPanelView::makeColumns(QWidget* parent) {
   auto* columns = new QWidget(parent);
   auto* layout = new QHBoxLayout(columns);
-  layout->setContentsMargins(kSides, kAboveAndBelow, kSides, kAboveAndBelow);
+  layout->setContentsMargins(kPanelSides, kRowMargin, kPanelSides, kRowMargin);
   layout->setSpacing(0);
   layout->addWidget(makeColumn<SizePreset>(QStringLiteral(u"文件大小"), *sizes_, columns), 1);
   layout->addLayout(makeDivider(columns));
@@ -130,7 +130,7 @@ FilterColumn* FilterPanelView::makeMatchColumn(QWidget* parent) {
 QWidget* FilterPanelView::makeReset(QWidget* parent) {
   auto* row = new QWidget(parent);
   auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(kSides, 0, kSides, kAboveAndBelow);
+  layout->setContentsMargins(kPanelSides, 0, kPanelSides, kRowMargin);
   auto* button = new ResetButton(row);
   layout->addStretch();
   layout->addWidget(button);

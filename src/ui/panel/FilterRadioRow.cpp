@@ -12,8 +12,8 @@ namespace zelnor::ui {
 namespace {
 
 constexpr int kIndicator = 12;
-constexpr int kGap = 8;
-constexpr int kHeight = 15;
+constexpr int kMarkGap = 8;
+constexpr int kRadioHeight = 15;
 constexpr int kRingSpace = 3;
 constexpr double kStroke = 1.5;
 
@@ -40,8 +40,9 @@ FilterRadioRow::FilterRadioRow(const QString& label, QWidget* parent)
 }
 
 QSize FilterRadioRow::sizeHint() const {
-  return {type::scaled(kIndicator) + kGap + fontMetrics().horizontalAdvance(label()) + kRingSpace,
-          type::scaled(kHeight)};
+  return {
+      type::scaled(kIndicator) + kMarkGap + fontMetrics().horizontalAdvance(label()) + kRingSpace,
+      type::scaled(kRadioHeight)};
 }
 
 void FilterRadioRow::paintEvent(QPaintEvent* /*event*/) {
@@ -50,7 +51,7 @@ void FilterRadioRow::paintEvent(QPaintEvent* /*event*/) {
   const int side = type::scaled(kIndicator);
   paintIndicator(painter, QRectF(0, (height() - side) / 2.0, side, side), isChecked(),
                  underMouse());
-  const QRect text = rect().adjusted(side + kGap, 0, 0, 0);
+  const QRect text = rect().adjusted(side + kMarkGap, 0, 0, 0);
   painter.setFont(font());
   painter.setPen(isChecked() ? palette::kText : palette::kSecondaryText);
   painter.drawText(text, Qt::AlignVCenter | Qt::TextSingleLine,

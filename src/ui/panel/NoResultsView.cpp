@@ -12,15 +12,15 @@
 namespace zelnor::ui {
 
 namespace {
-constexpr int kSpacing = 10;
-constexpr int kHintSpacing = 4;
+constexpr int kNoResultsSpacing = 10;
+constexpr int kLineSpacing = 4;
 constexpr std::array<QStringView, 3> kHints{u"• 检查拼写或尝试其他关键词",
                                             u"• 使用通配符：report*2024",
                                             u"• 确认文件所在目录已加入索引范围"};
 /// Lines that begin below each other, in the middle.
 QLayout* makeHints(QWidget* parent) {
   auto* lines = new QVBoxLayout;
-  lines->setSpacing(kHintSpacing);
+  lines->setSpacing(kLineSpacing);
   for (const auto hint : kHints) {
     lines->addWidget(makeText(hint.toString(), type::kLabel, palette::kSecondaryText, parent));
   }
@@ -42,7 +42,7 @@ NoResultsView::NoResultsView(QWidget* parent)
   setFocusPolicy(Qt::NoFocus);
   auto* page = new QWidget;
   auto* layout = new QVBoxLayout(page);
-  layout->setSpacing(kSpacing);
+  layout->setSpacing(kNoResultsSpacing);
   layout->addStretch();
   layout->addWidget(makeHeroSymbol(QLatin1String("doc.questionmark.ultralight"), page), 0,
                     Qt::AlignHCenter);

@@ -22,7 +22,7 @@ constexpr int kInputRow = 64;
 constexpr int kChipRow = 40;
 constexpr int kPill = 44;
 constexpr int kField = 22;
-constexpr int kSides = 16;
+constexpr int kBarSides = 16;
 constexpr int kPillSides = 14;
 constexpr int kButtonSymbol = 16;
 
@@ -92,7 +92,7 @@ QLayout* SearchBarView::makeInputRow() {
 
   auto* row = new QHBoxLayout;
   constexpr int kAround = (kInputRow - kPill) / 2;
-  row->setContentsMargins(kSides, kAround, kSides - 4, kAround);
+  row->setContentsMargins(kBarSides, kAround, kBarSides - 4, kAround);
   row->setSpacing(0);
   row->addWidget(pill_);
   row->addSpacing(8);
@@ -110,7 +110,7 @@ QWidget* SearchBarView::makeChipRow() {
   auto* chips = new QWidget;
   chips->setAccessibleName(QStringLiteral(u"文件类型"));
   auto* inside = new QHBoxLayout(chips);
-  inside->setContentsMargins(kSides, 0, 0, 0);
+  inside->setContentsMargins(kBarSides, 0, 0, 0);
   inside->setSpacing(8);
   for (const auto category : kChips) {
     auto* chip = new TypeChip(displayText(label(category)), chips);
@@ -124,7 +124,7 @@ QWidget* SearchBarView::makeChipRow() {
   filters_ = new FilterToggle(row);
   connect(filters_, &QPushButton::clicked, this, &SearchBarView::filtersToggled);
   auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, kSides - 4, 0);
+  layout->setContentsMargins(0, 0, kBarSides - 4, 0);
   layout->setSpacing(8);
   layout->addWidget(new ChipRow(chips, row), /*stretch=*/1);
   layout->addWidget(filters_);

@@ -17,9 +17,9 @@ namespace zelnor::ui {
 
 namespace {
 
-constexpr int kHeight = 32;
-constexpr int kMargin = 12;
-constexpr int kGap = 6;
+constexpr int kStatusHeight = 32;
+constexpr int kStatusMargin = 12;
+constexpr int kStatusGap = 6;
 constexpr int kWarning = 13;
 constexpr std::chrono::milliseconds kPatience{120};
 
@@ -73,10 +73,10 @@ StatusBarView::StatusBarView(QWidget* parent)
       label_(new ElidedLabel(type::kDetail, palette::kFaintText, this, Qt::ElideRight)),
       warning_(makeWarning(this)),
       sort_(new SortButton(this)) {
-  setFixedHeight(type::scaled(kHeight));
+  setFixedHeight(type::scaled(kStatusHeight));
   auto* layout = new QHBoxLayout(this);
-  layout->setContentsMargins(kMargin, 0, kMargin - 4, 0);
-  layout->setSpacing(kGap);
+  layout->setContentsMargins(kStatusMargin, 0, kStatusMargin - 4, 0);
+  layout->setSpacing(kStatusGap);
   layout->addWidget(spinner_);
   layout->addWidget(warning_);
   layout->addWidget(label_, /*stretch=*/1);

@@ -10,10 +10,10 @@
 namespace zelnor::ui {
 
 namespace {
-constexpr int kSides = 10;
-constexpr int kAboveAndBelow = 5;
+constexpr int kChipPadding = 10;
+constexpr int kChipMargin = 5;
 constexpr int kTextHeight = 14;
-constexpr double kRadius = 12;
+constexpr double kChipRadius = 12;
 
 QFont fontOf(bool isActive) {
   return type::font(type::kLabel, isActive ? QFont::Medium : QFont::Normal);
@@ -26,8 +26,8 @@ TypeChip::TypeChip(const QString& label, QWidget* parent) : ChoiceButton(label, 
 
 /// The same whether it is active or not, so that its neighbours stay where they are.
 QSize TypeChip::sizeHint() const {
-  return {QFontMetrics(fontOf(/*isActive=*/true)).horizontalAdvance(label()) + 2 * kSides,
-          type::scaled(kTextHeight) + 2 * kAboveAndBelow};
+  return {QFontMetrics(fontOf(/*isActive=*/true)).horizontalAdvance(label()) + 2 * kChipPadding,
+          type::scaled(kTextHeight) + 2 * kChipMargin};
 }
 
 void TypeChip::paintEvent(QPaintEvent* /*event*/) {
@@ -36,17 +36,17 @@ void TypeChip::paintEvent(QPaintEvent* /*event*/) {
   painter.setPen(Qt::NoPen);
   const QColor idle = underMouse() ? palette::kOutline : palette::kChip;
   painter.setBrush(isChecked() ? palette::kAccent : idle);
-  painter.drawRoundedRect(rect(), kRadius, kRadius);
+  painter.drawRoundedRect(rect(), kChipRadius, kChipRadius);
   painter.setFont(fontOf(isChecked()));
   painter.setPen(isChecked() ? QColor(Qt::white) : palette::kSecondaryText);
   painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, label());
   if (showsFocus(*this)) {
-    paintFocusRing(painter, rect(), kRadius);
+    paintFocusRing(painter, rect(), kChipRadius);
     if (isChecked()) {
       painter.setPen(QPen(Qt::white, 1));
       painter.setBrush(Qt::NoBrush);
-      painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), kRadius - 2,
-                              kRadius - 2);
+      painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), kChipRadius - 2,
+                              kChipRadius - 2);
     }
   }
 }

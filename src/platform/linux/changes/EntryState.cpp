@@ -13,8 +13,8 @@ namespace zelnor::platform {
 
 namespace {
 
-constexpr unsigned kWanted = STATX_BASIC_STATS | STATX_MNT_ID;
-constexpr int kQuietly = AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT;
+constexpr unsigned kStateFields = STATX_BASIC_STATS | STATX_MNT_ID;
+constexpr int kStateFlags = AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT;
 constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
 
 bool isReadable(const ShortPath& place, const struct statx& status) {
@@ -38,7 +38,8 @@ EntryState look(const std::string& path, int followFlags) {
   }
   struct statx status{};
   const char* const rest = path.empty() ? "/" : place.rest;
-  if (::statx(place.folderOrCurrent(), rest, kQuietly | followFlags, kWanted, &status) != 0) {
+  if (::statx(place.folderOrCurrent(), rest, kStateFlags | followFlags, kStateFields, &status) !=
+      0) {
     state.presence = presenceAfter(errno);
     return state;
   }

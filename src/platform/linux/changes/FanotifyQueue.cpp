@@ -22,7 +22,7 @@ constexpr std::uint64_t kMask = kArrived | kLeft | kWritten | FAN_ATTRIB | FAN_O
 /// The name under which a folder's own events come.
 constexpr std::string_view kSelf = ".";
 
-constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
+constexpr std::size_t kEventBufferSize = std::size_t{256} * 1024;
 
 /// Reads the record that names the folder and the entry, fanotify(7). Other records say less.
 std::optional<FanotifyEvent> parse(const fanotify_event_metadata& metadata,
@@ -83,7 +83,7 @@ std::optional<FanotifyQueue> FanotifyQueue::open() {
 }
 
 FanotifyQueue::FanotifyQueue(FileDescriptor queue)
-    : queue_(std::move(queue)), buffer_(kBufferSize) {}
+    : queue_(std::move(queue)), buffer_(kEventBufferSize) {}
 
 bool FanotifyQueue::markFileSystem(const FileDescriptor& folder) const {
   return mark(queue_, folder, FAN_MARK_ADD | FAN_MARK_FILESYSTEM, kMask);

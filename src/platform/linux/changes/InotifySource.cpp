@@ -11,22 +11,22 @@ namespace zelnor::platform {
 
 namespace {
 
-constexpr std::uint32_t kArrived = IN_CREATE | IN_MOVED_TO;
-constexpr std::uint32_t kLeft = IN_DELETE | IN_MOVED_FROM;
-constexpr std::uint32_t kRenamed = IN_MOVED_TO | IN_MOVED_FROM;
-constexpr std::uint32_t kWritten = IN_MODIFY | IN_CLOSE_WRITE;
-constexpr std::uint32_t kMask = kArrived | kLeft | kWritten | IN_ATTRIB;
+constexpr std::uint32_t kInotifyArrived = IN_CREATE | IN_MOVED_TO;
+constexpr std::uint32_t kInotifyLeft = IN_DELETE | IN_MOVED_FROM;
+constexpr std::uint32_t kInotifyRenamed = IN_MOVED_TO | IN_MOVED_FROM;
+constexpr std::uint32_t kInotifyWritten = IN_MODIFY | IN_CLOSE_WRITE;
+constexpr std::uint32_t kInotifyMask = kInotifyArrived | kInotifyLeft | kInotifyWritten | IN_ATTRIB;
 
-constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
+constexpr std::size_t kInotifyBufferSize = std::size_t{256} * 1024;
 
 FolderChange translate(const inotify_event& event, const std::string& folder) {
   return {.folder = folder,
           .name = event.len > 0 ? std::string(event.name) : std::string(),
           .isFolder = (event.mask & IN_ISDIR) != 0,
-          .arrived = (event.mask & kArrived) != 0,
-          .left = (event.mask & kLeft) != 0,
-          .renamed = (event.mask & kRenamed) != 0,
-          .written = (event.mask & kWritten) != 0,
+          .arrived = (event.mask & kInotifyArrived) != 0,
+          .left = (event.mask & kInotifyLeft) != 0,
+          .renamed = (event.mask & kInotifyRenamed) != 0,
+          .written = (event.mask & kInotifyWritten) != 0,
           .attributesChanged = (event.mask & IN_ATTRIB) != 0};
 }
 
@@ -41,7 +41,7 @@ std::unique_ptr<InotifySource> InotifySource::create(std::size_t limit) {
 }
 
 InotifySource::InotifySource(FileDescriptor queue, std::size_t limit)
-    : queue_(std::move(queue)), folders_(limit), buffer_(kBufferSize) {}
+    : queue_(std::move(queue)), folders_(limit), buffer_(kInotifyBufferSize) {}
 
 bool InotifySource::follow(const std::string& path, const EntryState& state, ChangeSink& sink) {
   const auto rank = watchRank(path, std::time(nullptr) - state.attributes.mtime);
@@ -64,7 +64,7 @@ int InotifySource::addWatchMakingRoom(const std::string& path, const EntryState&
 }
 
 int InotifySource::addWatch(const std::string& path, bool followsLink) const {
-  const auto mask = kMask | IN_ONLYDIR | (followsLink ? 0U : IN_DONT_FOLLOW);
+  const auto mask = kInotifyMask | IN_ONLYDIR | (followsLink ? 0U : IN_DONT_FOLLOW);
   if (path.empty()) return ::inotify_add_watch(queue_.get(), "/", mask);
   if (path.size() < PATH_MAX) return ::inotify_add_watch(queue_.get(), path.c_str(), mask);
   // The kernel refuses longer paths; the descriptor's link in /proc leads to the folder all the
@@ -72,7 +72,7 @@ int InotifySource::addWatch(const std::string& path, bool followsLink) const {
   const auto folder = openFolder(path, followsLink);
   if (!folder) return -1;
   const auto link = "/proc/self/fd/" + std::to_string(folder.get());
-  return ::inotify_add_watch(queue_.get(), link.c_str(), kMask | IN_ONLYDIR);
+  return ::inotify_add_watch(queue_.get(), link.c_str(), kInotifyMask | IN_ONLYDIR);
 }
 
 void InotifySource::giveUp(const FollowedFolders::Folder& folder, ChangeSink& sink) {

@@ -21,7 +21,7 @@ namespace zelnor::platform {
 
 namespace {
 
-constexpr const char* kFileName = "/mount-points";
+constexpr const char* kGuardFileName = "/mount-points";
 constexpr std::uint32_t kNamesMask =
     IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ATTRIB | IN_ONLYDIR;
 constexpr std::uint32_t kRootMask = IN_MOVE_SELF | IN_DELETE_SELF | IN_ATTRIB | IN_ONLYDIR;
@@ -49,7 +49,7 @@ std::set<std::string> componentsOf(std::string_view path) {
 }  // namespace
 
 RootGuard::RootGuard(const std::vector<std::string>& roots, const std::string& stateFolder)
-    : memory_(stateFolder.empty() ? std::string() : stateFolder + kFileName),
+    : memory_(stateFolder.empty() ? std::string() : stateFolder + kGuardFileName),
       names_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
       mountInfo_(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {
   for (const auto& path : roots) {

@@ -2,7 +2,6 @@
 
 #include <QFile>
 #include <QFileDialog>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "indexer/IndexSettingsText.h"

@@ -27,7 +27,6 @@ class IndexSettingsView final : public QScrollArea {
   /// The view model outlives the page.
   explicit IndexSettingsView(IndexViewModel& index, QWidget* parent = nullptr);
 
- public Q_SLOTS:
   /// What the indexer is doing.
   void setStatus(const IndexStatus& status);
 

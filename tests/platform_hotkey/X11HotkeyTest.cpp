@@ -231,7 +231,7 @@ TEST_F(X11HotkeyTest, WhatIsNoCombinationAndALostServerAreRefused) {
   runFor(std::chrono::milliseconds(20));
   hotkey.release();
   grab(hotkey);
-  X11Hotkey without(display_);
+  X11Hotkey without("unix:/nowhere");  // the number of the lost one may be another's by now
   grab(without);
   EXPECT_EQ(refusals_, std::vector<int>(2, kHotkeyUnavailable));
 }

@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libsqlite3-dev libasio-dev libicu-dev nlohmann-json3-dev
   libglib2.0-dev qt6-base-dev qt6-svg-dev libcli11-dev libgtest-dev libgmock-dev shared-mime-info
-  libxcb1-dev libxcb-xkb-dev libxkbcommon-dev libxcb-xtest0-dev libglib2.0-bin xvfb dbus
+  libxcb1-dev libxcb-xkb-dev libxkbcommon-dev libxcb-xtest0-dev libglib2.0-bin xvfb x11-xkb-utils dbus
   qt6-base-private-dev libwayland-dev wayland-protocols)
 RUN_PACKAGES=(qt6-qpa-plugins fonts-noto-cjk adwaita-icon-theme libqt6svg6 shared-mime-info)
 LINT_PACKAGES=(clang-format-19 clang-tidy-19)

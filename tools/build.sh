@@ -8,8 +8,8 @@ BUILD_PACKAGES=(g++ cmake ninja-build ccache pkg-config libsqlite3-dev libasio-d
   libglib2.0-dev qt6-base-dev qt6-base-private-dev qt6-svg-dev libcli11-dev libxcb1-dev libxcb-shape0-dev libxcb-xfixes0-dev
   libxcb-xkb-dev libxkbcommon-dev libwayland-dev wayland-protocols shared-mime-info librsvg2-bin
   libgtest-dev libgmock-dev libatspi2.0-dev libxcb-xtest0-dev x11proto-dev)
-RUN_PACKAGES=(qt6-qpa-plugins fonts-noto-cjk adwaita-icon-theme libqt6svg6 shared-mime-info)
-TEST_PACKAGES=(dbus dbus-daemon libglib2.0-bin at-spi2-core xvfb openbox desktop-file-utils appstream man-db zsh fish)
+RUN_PACKAGES=(qt6-qpa-plugins fonts-noto-cjk adwaita-icon-theme libqt6svg6 qt6-translations-l10n shared-mime-info)
+TEST_PACKAGES=(dbus dbus-daemon libglib2.0-bin at-spi2-core xvfb x11-xkb-utils openbox desktop-file-utils appstream man-db zsh fish)
 LINT_PACKAGES=(clang-format-19 clang-tidy-19)
 
 # install_packages <why> <package>…: installs those that are not there, saying so first.

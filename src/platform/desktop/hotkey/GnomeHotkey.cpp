@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -27,7 +28,11 @@ std::string quoted(const std::string& program) {
 /// left behind with a service that does not answer.
 class GnomeHotkey::Worker : public std::enable_shared_from_this<Worker> {
  public:
-  using Job = std::function<void(GnomeShortcut*)>;
+  struct Job {
+    /// Answers the code if it is refused. The shortcut is null on a desktop without.
+    std::function<std::optional<int>(GnomeShortcut*)> work;
+    std::function<void(int code)> refused;
+  };
 
   void start() {
     thread_ = std::thread([self = shared_from_this()] {
@@ -69,8 +74,10 @@ class GnomeHotkey::Worker : public std::enable_shared_from_this<Worker> {
       const auto job = std::move(jobs_.front());
       jobs_.pop_front();
       lock.unlock();
-      job(shortcut ? &*shortcut : nullptr);
+      const auto code = job.work(shortcut ? &*shortcut : nullptr);
       lock.lock();
+      // The main thread's queue may not outlive the end.
+      if (code && !isEnding_) job.refused(*code);
     }
   }
 
@@ -97,19 +104,22 @@ void GnomeHotkey::grab(const HotkeyConfiguration& combination, Pressed pressed, 
     worker_ = std::make_shared<Worker>();
     worker_->start();
   }
-  worker_->post([combination, command = quoted(program_),
-                 callbacks = MainThreadCallbacks(main_, called_)](GnomeShortcut* shortcut) {
-    const std::optional<int> code = shortcut == nullptr ? std::optional<int>(kHotkeyUnavailable)
-                                                        : shortcut->install(combination, command);
-    if (code) callbacks.refused(*code);
-  });
+  worker_->post({.work = [combination, command = quoted(program_)](
+                             GnomeShortcut* shortcut) -> std::optional<int> {
+                   if (shortcut == nullptr) return kHotkeyUnavailable;
+                   return shortcut->install(combination, command);
+                 },
+                 .refused = [callbacks = MainThreadCallbacks(main_, called_)](
+                                int code) { callbacks.refused(code); }});
 }
 
 void GnomeHotkey::release() {
   if (!std::exchange(called_, nullptr)) return;
-  worker_->post([](GnomeShortcut* shortcut) {
-    if (shortcut != nullptr) shortcut->remove();
-  });
+  worker_->post({.work = [](GnomeShortcut* shortcut) -> std::optional<int> {
+                   if (shortcut != nullptr) shortcut->remove();
+                   return std::nullopt;
+                 },
+                 .refused = nullptr});
 }
 
 }  // namespace zelnor::platform

@@ -26,7 +26,9 @@ namespace zelnor::platform {
 /// server, never for a program. Needs a QGuiApplication.
 class X11Hotkey final : public GlobalHotkey {
  public:
-  static constexpr std::chrono::milliseconds kPatience{250};
+  /// Shorter than keyboards wait before they repeat a key: what repeats while keys are kept back
+  /// would arrive behind the release.
+  static constexpr std::chrono::milliseconds kPatience{200};
 
   /// `display` as in DISPLAY, whose value is taken if it is empty.
   explicit X11Hotkey(const std::string& display = {},

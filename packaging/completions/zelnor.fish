@@ -1,5 +1,7 @@
 complete -c zelnor -f -a '(__fish_complete_directories)'
 complete -c zelnor -l background -d 'Start quietly, in the tray alone'
+complete -c zelnor -l preferences -d 'Show the settings'
+complete -c zelnor -l quit -d 'End the Zelnor that is running'
 complete -c zelnor -l index -x -a '(__fish_complete_directories)' -d 'Keep index and settings in this folder'
 complete -c zelnor -l root -x -a '(__fish_complete_directories)' -d 'Index this folder'
 complete -c zelnor -s h -l help -d 'Print the options'

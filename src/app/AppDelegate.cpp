@@ -1,5 +1,9 @@
 #include "app/AppDelegate.h"
 
+#include <utility>
+
+#include <asio/post.hpp>
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
@@ -7,7 +11,10 @@
 
 #include "app/AppEnvironment.h"
 #include "app/SearchWindowController.h"
+#include "platform/desktop/DesktopAccessCheck.h"
+#include "platform/desktop/DesktopPermissionSettings.h"
 #include "platform/desktop/hotkey/GlobalHotkeys.h"
+#include "tasks/RunOn.h"
 #include "ui/DisplayText.h"
 #include "ui/panel/SearchView.h"
 
@@ -89,6 +96,27 @@ void AppDelegate::listen() {
 
 void AppDelegate::showSearch(const platform::Activation& activation) {
   searchWindowController_->showWindow(activation);
+  if (std::exchange(hasCheckedPermissions_, true)) return;
+  environment_.tasks().spawn([this](const std::stop_token&) { return checkPermissions(); });
+}
+
+/// Once per user, when the panel is first seen.
+tasks::Async<void> AppDelegate::checkPermissions() {
+  auto& preferences = environment_.preferences();
+  if (preferences.permissionGuideShown()) co_return;
+  const auto check = [] { return platform::DesktopAccessCheck().hasFullDiskAccess(); };
+  const bool isGranted = co_await tasks::runOn(environment_.desktop().blocking(), check);
+  if (isGranted) co_return;
+  preferences.setPermissionGuideShown();
+  searchWindowController_->view().showPermissionGuide([this] { openPermissionSettings(); });
+}
+
+void AppDelegate::openPermissionSettings() {
+  const auto open = [this](const platform::Activation& activation) {
+    asio::post(environment_.desktop().blocking(),
+               [activation] { platform::DesktopPermissionSettings().open(activation); });
+  };
+  environment_.desktop().activation().request(open);
 }
 
 void AppDelegate::showSettingsWindow(const platform::Activation& activation) {

@@ -10,6 +10,7 @@
 #include "platform/desktop/DesktopWindows.h"
 #include "platform/desktop/tray/DesktopTrayItem.h"
 #include "shell/GlobalHotkeyManager.h"
+#include "tasks/Async.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/tray/MenuBarManager.h"
 
@@ -46,6 +47,8 @@ class AppDelegate final : public QObject {
   void makePanel();
   void listen();
   [[nodiscard]] std::unique_ptr<ui::SettingsView> makeSettings();
+  tasks::Async<void> checkPermissions();
+  void openPermissionSettings();
 
   AppEnvironment& environment_;
   platform::DesktopTrayItem trayItem_;
@@ -55,6 +58,7 @@ class AppDelegate final : public QObject {
   platform::DesktopWindows windows_;
   std::unique_ptr<SearchWindowController> searchWindowController_;
   std::unique_ptr<ui::SettingsView> settingsWindow_;
+  bool hasCheckedPermissions_ = false;
 };
 
 }  // namespace zelnor::app

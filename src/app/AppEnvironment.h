@@ -45,6 +45,8 @@ class AppEnvironment final : public QObject {
   [[nodiscard]] Preferences& preferences() { return preferences_; }
   [[nodiscard]] DesktopServices& desktop() { return desktop_; }
   [[nodiscard]] const Options& options() const { return options_; }
+  /// What runs by itself until the environment is shut down, on the main thread.
+  [[nodiscard]] tasks::TaskGroup& tasks() { return tasks_; }
   [[nodiscard]] tasks::Executor main() const { return main_.executor(); }
   /// As last signalled.
   [[nodiscard]] const IndexStatus& indexStatus() const { return status_; }

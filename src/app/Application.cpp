@@ -10,6 +10,8 @@
 #include <vector>
 
 #include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
 
 #include "app/AppDelegate.h"
 #include "app/AppEnvironment.h"
@@ -176,6 +178,11 @@ int run(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Zelnor"));
   QApplication::setDesktopFileName(QStringLiteral("org.zelnor.Zelnor"));
   ui::applyStyle(application);
+  QTranslator dialogs;  // the texts in what Qt itself shows, such as the folder picker
+  if (dialogs.load(QStringLiteral("qtbase_zh_CN"),
+                   QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(&dialogs);
+  }
   QApplication::setQuitOnLastWindowClosed(false);
   return runOnce(std::get<Options>(std::move(options)));
 }

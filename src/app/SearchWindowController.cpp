@@ -36,7 +36,9 @@ SearchWindowController::SearchWindowController(const ui::SearchPanelServices& se
   placePanel();
   panel_->winId();  // made now, so that it need not be made while the user waits
   connect(view_, &ui::SearchView::closeRequested, this, &SearchWindowController::close);
-  connect(view_, &ui::SearchView::minimizeRequested, panel_.get(), &QWidget::showMinimized);
+  // Out of the task bar, there is nowhere to bring a minimized window back from, and some window
+  // managers refuse to minimize it: hidden, it comes back by the hot key.
+  connect(view_, &ui::SearchView::minimizeRequested, this, &SearchWindowController::close);
   connect(panel_.get(), &ui::KeyablePanel::closeRequested, this, &SearchWindowController::close);
   connect(panel_.get(), &ui::KeyablePanel::keyResigned, this, &SearchWindowController::resignedKey);
   connect(panel_.get(), &ui::KeyablePanel::shadowChanged, this,

@@ -28,7 +28,7 @@ class MainThread {
     if constexpr (std::is_void_v<T>) {
       bool done = false;
       asio::co_spawn(context_, std::move(operation), [&](std::exception_ptr e) {
-        error = e;
+        error = std::move(e);
         done = true;
       });
       runUntil([&] { return done; });
@@ -36,7 +36,7 @@ class MainThread {
     } else {
       std::optional<T> result;
       asio::co_spawn(context_, std::move(operation), [&](std::exception_ptr e, T value) {
-        error = e;
+        error = std::move(e);
         result = std::move(value);
       });
       runUntil([&] { return result.has_value(); });

@@ -37,6 +37,11 @@ class RowList final : public QListWidget {
   }
 
  protected:
+  /// Coming with the keyboard selects nothing yet.
+  void focusInEvent(QFocusEvent* event) override {
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+  }
   void mousePressEvent(QMouseEvent* event) override {
     QListWidget::mousePressEvent(event);
     if (!indexAt(event->pos()).isValid()) setCurrentItem(nullptr);

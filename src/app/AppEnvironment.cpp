@@ -162,8 +162,8 @@ tasks::Async<void> AppEnvironment::endEverything() {
   tasks_.cancelAll();
   source_.fail(std::make_exception_ptr(
       std::system_error(std::make_error_code(std::errc::operation_canceled))));
-  const auto ends = {ended(*searchViewModel_), ended(*indexViewModel_), ended(*bookmarkViewModel_),
-                     ended(desktop_)};
+  const auto ends = {ended(preferences_), ended(*searchViewModel_), ended(*indexViewModel_),
+                     ended(*bookmarkViewModel_), ended(desktop_)};
   co_await index_.stop();
   co_await tasks_.wait();
   for (const auto& end : ends) co_await tasks::Completion<bool>::wait(end);

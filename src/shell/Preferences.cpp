@@ -61,6 +61,10 @@ void Preferences::setPermissionGuideShown() {
   store(writing(kGuideShown, true));
 }
 
+void Preferences::stop(std::function<void()> stopped) {
+  asio::post(writer_, [main = main_, stopped = std::move(stopped)] { asio::post(main, stopped); });
+}
+
 void Preferences::store(std::function<bool(platform::DefaultsStore&)> write) {
   asio::post(writer_, [write = std::move(write), &defaults = defaults_, main = main_,
                        owner = QPointer(this)] {

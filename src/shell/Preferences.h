@@ -39,6 +39,9 @@ class Preferences final : public QObject {
   [[nodiscard]] bool permissionGuideShown() const { return permissionGuideShown_; }
   void setPermissionGuideShown();
 
+  /// Calls `stopped` on the main thread when everything set so far has been stored.
+  void stop(std::function<void()> stopped);
+
  Q_SIGNALS:
   /// A setting could not be stored, so that it holds only until the program ends. Once per process.
   void notStored();

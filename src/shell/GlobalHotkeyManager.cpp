@@ -18,7 +18,7 @@ void GlobalHotkeyManager::registerHotkey(const platform::HotkeyConfiguration& co
                                          Action action) {
   unregister();
   registration_ = Registration{.config = config, .action = std::move(action)};
-  if (!isSuspended_) grab();
+  if (!isSuspended_) grab(*registration_);
 }
 
 void GlobalHotkeyManager::unregister() {
@@ -31,12 +31,12 @@ void GlobalHotkeyManager::setSuspended(bool isSuspended) {
   if (isSuspended) {
     hotkey_.release();
   } else {
-    grab();
+    grab(*registration_);
   }
 }
 
-void GlobalHotkeyManager::grab() {
-  hotkey_.grab(registration_->config, registration_->action, printRefusal);
+void GlobalHotkeyManager::grab(const Registration& registration) {
+  hotkey_.grab(registration.config, registration.action, printRefusal);
 }
 
 }  // namespace zelnor

@@ -33,7 +33,7 @@ class GlobalHotkeyManager {
     Action action;
   };
 
-  void grab();
+  void grab(const Registration& registration);
 
   platform::GlobalHotkey& hotkey_;
   std::optional<Registration> registration_;

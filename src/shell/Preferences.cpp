@@ -27,10 +27,10 @@ std::function<bool(platform::DefaultsStore&)> writing(std::string_view key,
 
 }  // namespace
 
-Preferences::Preferences(platform::DefaultsStore& defaults, const tasks::Executor& main,
+Preferences::Preferences(platform::DefaultsStore& defaults, tasks::Executor main,
                          const tasks::Executor& background)
     : defaults_(defaults),
-      main_(main),
+      main_(std::move(main)),
       writer_(asio::make_strand(background)),
       hotkey_(platform::HotkeyConfiguration::load(defaults)),
       autoCloseOnFocusLoss_(defaults.get<bool>(kAutoClose).value_or(false)),

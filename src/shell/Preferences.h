@@ -21,7 +21,7 @@ class Preferences final : public QObject {
 
  public:
   /// Reads `defaults`, which outlives what is written on `background`. `main` is the main thread.
-  Preferences(platform::DefaultsStore& defaults, const tasks::Executor& main,
+  Preferences(platform::DefaultsStore& defaults, tasks::Executor main,
               const tasks::Executor& background);
 
   [[nodiscard]] const platform::HotkeyConfiguration& hotkey() const { return hotkey_; }

@@ -39,8 +39,10 @@ class RowList final : public QListWidget {
  protected:
   /// Coming with the keyboard selects nothing yet.
   void focusInEvent(QFocusEvent* event) override {
-    QAbstractScrollArea::focusInEvent(event);
-    viewport()->update();
+    const QSignalBlocker nobodyChooses(this);
+    const bool hadCurrent = currentItem() != nullptr;
+    QListWidget::focusInEvent(event);
+    if (!hadCurrent) setCurrentItem(nullptr);
   }
   void mousePressEvent(QMouseEvent* event) override {
     QListWidget::mousePressEvent(event);

@@ -1,5 +1,7 @@
 #include "ui/settings/GeneralSettingsView.h"
 
+#include <utility>
+
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -26,8 +28,8 @@ QLabel* makeValue(const QString& text, type::Size size, QWidget* parent) {
 
 }  // namespace
 
-GeneralSettingsView::GeneralSettingsView(const GeneralSettings& settings, QWidget* parent)
-    : QScrollArea(parent), settings_(settings), page_(makeFormPage(*this)) {
+GeneralSettingsView::GeneralSettingsView(GeneralSettings settings, QWidget* parent)
+    : QScrollArea(parent), settings_(std::move(settings)), page_(makeFormPage(*this)) {
   for (auto* section :
        {makeStartSection(), makeHotkeySection(), makeWindowSection(), makeAboutSection()}) {
     page_->layout()->addWidget(section);

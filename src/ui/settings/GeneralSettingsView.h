@@ -28,7 +28,7 @@ class GeneralSettingsView final : public QScrollArea {
   Q_OBJECT
 
  public:
-  explicit GeneralSettingsView(const GeneralSettings& settings, QWidget* parent = nullptr);
+  explicit GeneralSettingsView(GeneralSettings settings, QWidget* parent = nullptr);
 
  Q_SIGNALS:
   /// The user has chosen this combination, which may be the one there was.

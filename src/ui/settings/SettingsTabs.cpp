@@ -76,7 +76,9 @@ void SettingsTabs::addTab(QLatin1String symbol, const QString& title) {
 void SettingsTabs::choose(int page) { group_.button(page)->setChecked(true); }
 
 void SettingsTabs::keyPressEvent(QKeyEvent* event) {
-  const int step = event->key() == Qt::Key_Right ? 1 : event->key() == Qt::Key_Left ? -1 : 0;
+  int step = 0;
+  if (event->key() == Qt::Key_Right) step = 1;
+  if (event->key() == Qt::Key_Left) step = -1;
   auto* neighbour = group_.button(group_.checkedId() + step);
   if (step == 0 || neighbour == nullptr) {
     QWidget::keyPressEvent(event);

@@ -37,10 +37,11 @@ ResizeGrip::ResizeGrip(Qt::Edges edges, QWidget* window) : QWidget(window), edge
 }
 
 void ResizeGrip::placeAround(const QRect& surface, int inside, int outside) {
-  const auto across = spanAlong({surface.left(), surface.right() + 1}, edges_ & Qt::LeftEdge,
-                                edges_ & Qt::RightEdge, inside, outside);
-  const auto down = spanAlong({surface.top(), surface.bottom() + 1}, edges_ & Qt::TopEdge,
-                              edges_ & Qt::BottomEdge, inside, outside);
+  const auto across =
+      spanAlong({surface.left(), surface.right() + 1}, edges_.testFlag(Qt::LeftEdge),
+                edges_.testFlag(Qt::RightEdge), inside, outside);
+  const auto down = spanAlong({surface.top(), surface.bottom() + 1}, edges_.testFlag(Qt::TopEdge),
+                              edges_.testFlag(Qt::BottomEdge), inside, outside);
   setGeometry(across.from, down.from, across.to - across.from, down.to - down.from);
   raise();
 }

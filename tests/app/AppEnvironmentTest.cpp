@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -22,12 +23,12 @@ using Kind = IndexStatus::State::Kind;
 
 /// Handles events until `condition` holds; false after a minute without that.
 bool runUntil(const std::function<bool()>& condition) {
-  bool isTooLate = false;
-  QTimer::singleShot(std::chrono::minutes(1), [&] { isTooLate = true; });
+  const QDeadlineTimer patience(std::chrono::minutes(1));
   QTimer wakeUp;
   wakeUp.start(std::chrono::milliseconds(20));
   QEventLoop events;
-  while (!condition() && !isTooLate) events.processEvents(QEventLoop::WaitForMoreEvents);
+  while (!condition() && !patience.hasExpired())
+    events.processEvents(QEventLoop::WaitForMoreEvents);
   return condition();
 }
 

@@ -132,7 +132,7 @@ std::vector<std::uint32_t> XClient::numbers(xcb_window_t window, std::string_vie
                                        XCB_GET_PROPERTY_TYPE_ANY, /*long_offset=*/0, kLongest);
   const Reply<xcb_get_property_reply_t> reply(
       xcb_get_property_reply(connection_.get(), cookie, /*e=*/nullptr));
-  if (!reply || reply->format != 32) return {};
+  if (!reply || reply->format != 32 || reply->value_len == 0) return {};
   std::vector<std::uint32_t> values(reply->value_len);
   std::memcpy(values.data(), xcb_get_property_value(reply.get()),
               values.size() * sizeof values.front());

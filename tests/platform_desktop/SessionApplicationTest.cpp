@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -41,12 +42,12 @@ class Application {
 };
 
 bool runUntil(const std::function<bool()>& condition) {
-  bool isTooLate = false;
-  QTimer::singleShot(std::chrono::seconds(30), [&] { isTooLate = true; });
+  const QDeadlineTimer patience(std::chrono::seconds(30));
   QTimer wakeUp;
   wakeUp.start(std::chrono::milliseconds(20));
   QEventLoop events;
-  while (!condition() && !isTooLate) events.processEvents(QEventLoop::WaitForMoreEvents);
+  while (!condition() && !patience.hasExpired())
+    events.processEvents(QEventLoop::WaitForMoreEvents);
   return condition();
 }
 

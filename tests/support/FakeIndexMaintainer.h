@@ -27,7 +27,10 @@ class FakeIndexMaintainer final : public IndexMaintainer {
     co_return;
   }
 
-  void finish() const { running_->set(true); }
+  /// The one that runs, if any.
+  void finish() const {
+    if (running_) running_->set(true);
+  }
   void fail(const DatabaseError& error) const { running_->fail(std::make_exception_ptr(error)); }
 
  private:

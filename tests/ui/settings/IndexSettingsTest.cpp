@@ -40,7 +40,10 @@ class IndexSettingsTest : public testing::Test {
     page_->show();
     settle();
   }
-  ~IndexSettingsTest() override { main_.runReady(); }
+  ~IndexSettingsTest() override {
+    maintainer_.finish();
+    main_.runReady();
+  }
 
   void settle() {
     main_.runReady();

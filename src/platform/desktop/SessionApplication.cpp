@@ -122,7 +122,9 @@ void SessionApplication::connected(GDBusConnection* bus) {
                                             return tell(actionIn(arguments), arguments);
                                           }}},
                              .properties = {}});
-  callOnBus(bus, kRequestName, g_variant_new("(su)", kName, kDoNotQueue), cancellable_.get(),
+  // One that was first before the bus went away is so again, as soon as nobody else is.
+  const std::uint32_t flags = settled_ ? kDoNotQueue : 0;
+  callOnBus(bus, kRequestName, g_variant_new("(su)", kName, flags), cancellable_.get(),
             [this](GVariant* answer) {
               if (answer == nullptr) return settle(Standing::noBus);
               settle(givesName(answer) ? Standing::first : Standing::second);

@@ -53,10 +53,10 @@ function(zelnor_program name)
   set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_QT} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endfunction()
 
-# zelnor_tests(<folder> [FOREIGN_THREADS] SOURCES … DEPENDS …): the test program of one folder, on the libraries that ship.
-# FOREIGN_THREADS: libraries from outside run threads of their own in it.
+# zelnor_tests(<folder> [FOREIGN_THREADS] [SERIAL] SOURCES … DEPENDS …): the test program of one folder, on the libraries that ship.
+# FOREIGN_THREADS: libraries from outside run threads of their own in it. SERIAL: nothing else runs beside it.
 function(zelnor_tests folder)
-  cmake_parse_arguments(ARG "QT;FOREIGN_THREADS" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "QT;FOREIGN_THREADS;SERIAL" "" "SOURCES;DEPENDS" ${ARGN})
   set(program test_${folder})
   add_executable(${program} ${ARG_SOURCES})
   target_include_directories(${program} PRIVATE ${CMAKE_SOURCE_DIR})
@@ -66,5 +66,9 @@ function(zelnor_tests folder)
   if(ARG_FOREIGN_THREADS)
     set(environment ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan-suppressions.txt")
   endif()
-  gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 ${environment})
+  set(serial "")
+  if(ARG_SERIAL)
+    set(serial RUN_SERIAL TRUE)
+  endif()
+  gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 ${environment} ${serial})
 endfunction()

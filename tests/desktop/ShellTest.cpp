@@ -65,6 +65,7 @@ TEST_F(SettingsTest, ANewHotKeyCountsAtOnceAndTheDefaultComesBack) {
   EXPECT_TRUE(shows("全局唤起快捷键：⌃⌥Space"));
   EXPECT_FALSE(client_.window(kPanel));
   ASSERT_TRUE(click("全局唤起快捷键："));
+  ASSERT_TRUE(shows("全局唤起快捷键：按下快捷键"));
   client_.press({"Super_L", "Alt_L", "k"});
   ASSERT_TRUE(shows("全局唤起快捷键：⌥⌘K"));
   client_.press({"Super_L", "Alt_L", "k"});

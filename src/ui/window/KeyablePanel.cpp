@@ -18,7 +18,7 @@ namespace {
 /// What a grip takes from the surface.
 constexpr int kGripInside = 4;
 /// Focus goes astray for a moment when a menu opens or the keyboard layout is switched.
-constexpr int kFocusSettlesAfter = 120;  // ms
+constexpr int kFocusSettlesAfter = 250;  // ms
 
 /// Whether `window` belongs to `panel`: shown over it and because of it.
 bool isOwnedBy(const QWindow* window, const QWindow* panel) {
@@ -110,7 +110,10 @@ void KeyablePanel::paintEvent(QPaintEvent* /*event*/) {
 
 void KeyablePanel::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
+  if (event->type() != QEvent::ActivationChange) return;
+  if (isActiveWindow()) {
+    hasBeenKey_ = true;
+  } else {
     QTimer::singleShot(kFocusSettlesAfter, this, &KeyablePanel::resignUnlessOwn);
   }
 }
@@ -118,7 +121,14 @@ void KeyablePanel::changeEvent(QEvent* event) {
 void KeyablePanel::resignUnlessOwn() {
   const bool isStillOwn = isOwnedBy(QGuiApplication::focusWindow(), windowHandle()) ||
                           QApplication::activePopupWidget() != nullptr;
-  if (isVisible() && !isStillOwn) Q_EMIT keyResigned();
+  const bool isLost = isVisible() && !isActiveWindow() && !isStillOwn;
+  // One that is just coming has nothing to lose yet.
+  if (isLost && hasBeenKey_) Q_EMIT keyResigned();
+}
+
+void KeyablePanel::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  hasBeenKey_ = false;
 }
 
 void KeyablePanel::closeEvent(QCloseEvent* event) {

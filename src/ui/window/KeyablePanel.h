@@ -50,6 +50,7 @@ class KeyablePanel final : public QWidget {
  protected:
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
@@ -65,6 +66,7 @@ class KeyablePanel final : public QWidget {
   std::array<CornerCut*, 4> corners_;
   std::array<ResizeGrip*, 8> grips_;
   int margin_ = 0;
+  bool hasBeenKey_ = false;          ///< since it was shown
   std::optional<QPoint> pressedAt_;  ///< on the background, until the panel moves
 };
 

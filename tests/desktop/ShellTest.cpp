@@ -85,6 +85,8 @@ TEST_F(SettingsTest, HideThePanelOnceTheUserWantsThat) {
   ASSERT_TRUE(click("失去焦点时自动关闭窗口"));
   EXPECT_TRUE(
       waitUntil([&] { return stored().find("AutoCloseOnFocusLoss") != std::string::npos; }));
+  client_.press({"Escape"});
+  ASSERT_TRUE(waitUntil([&] { return !client_.window(kSettings); }));
   client_.press(kDefaultHotkey);
   ASSERT_TRUE(panelComes());
   ASSERT_EQ(startAgain({QStringLiteral("--preferences")}), 0);

@@ -68,7 +68,12 @@ void X11Hotkey::takeGrab() {
     refused(error);
     return;
   }
-  // What was read while we waited for the server is not announced any more.
+  hearSoon();
+}
+
+/// Writing and waiting for answers read what has come meanwhile, which is then not announced any
+/// more. Unheard, a press would leave the keyboard frozen.
+void X11Hotkey::hearSoon() {
   QMetaObject::invokeMethod(&patience_, [this] { hear(); }, Qt::QueuedConnection);
 }
 
@@ -88,7 +93,7 @@ void X11Hotkey::hear() {
     handle(*event);
   }
   if (connection_.isBroken()) {
-    readable_->setEnabled(false);
+    if (readable_) readable_->setEnabled(false);
     return;
   }
   if (std::exchange(isMappingChanged_, false) && grab_) takeGrab();
@@ -146,6 +151,7 @@ void X11Hotkey::awaitFocus() {
 void X11Hotkey::allow(std::uint8_t mode) {
   xcb_allow_events(connection_.get(), mode, XCB_CURRENT_TIME);
   xcb_flush(connection_.get());
+  hearSoon();
 }
 
 }  // namespace zelnor::platform

@@ -43,6 +43,7 @@ class X11Hotkey final : public GlobalHotkey {
 
  private:
   void hear();
+  void hearSoon();
   void handle(const xcb_generic_event_t& event);
   void onPress(const xcb_key_press_event_t& event);
   void onRelease(const xcb_key_release_event_t& event);

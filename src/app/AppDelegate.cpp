@@ -143,7 +143,10 @@ std::unique_ptr<ui::SettingsView> AppDelegate::makeSettings() {
   return settings;
 }
 
-void AppDelegate::terminate() { QCoreApplication::exit(); }
+void AppDelegate::terminate() {
+  // An event loop that does not run yet cannot be ended: once it does, this is the first it hears.
+  QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+}
 
 void AppDelegate::applicationWillTerminate() {
   searchWindowController_->close();

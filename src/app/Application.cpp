@@ -116,7 +116,9 @@ class Requests {
 
 int runFirst(Options options, Requests& requests) {
   const TerminationSignals signals;
-  QObject::connect(&signals, &TerminationSignals::received, qApp, &AppDelegate::terminate);
+  QObject::connect(&signals, &TerminationSignals::received, qApp, [&requests] {
+    requests.take(platform::SessionApplication::kQuit, /*activation=*/{});
+  });
   AppEnvironment environment(std::move(options));
   if (const auto failure = environment.open(kOpeningPatience)) {
     std::fprintf(stderr, "DatabaseManager init failed: %s\n", failure->c_str());

@@ -93,7 +93,7 @@ void X11Hotkey::hear() {
     handle(*event);
   }
   if (connection_.isBroken()) {
-    if (readable_) readable_->setEnabled(false);
+    readable_->setEnabled(false);
     return;
   }
   if (std::exchange(isMappingChanged_, false) && grab_) takeGrab();

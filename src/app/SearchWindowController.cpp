@@ -85,6 +85,7 @@ void SearchWindowController::showWindow(const platform::Activation& activation) 
 void SearchWindowController::close() {
   if (!panel_->isMinimized()) preferences_.setSearchWindowFrame(frameText(panel_->frame()));
   panel_->hide();
+  windows_.hidden(*panel_->windowHandle());
   if (onClose_) onClose_();
 }
 

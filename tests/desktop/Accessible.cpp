@@ -72,6 +72,8 @@ bool Accessible::has(AtspiStateType state) const {
 
 bool Accessible::isChecked() const { return has(ATSPI_STATE_CHECKED); }
 
+bool Accessible::isFocused() const { return has(ATSPI_STATE_FOCUSED); }
+
 std::string Accessible::name() const {
   return taken(atspi_accessible_get_name(object_.get(), /*error=*/nullptr));
 }

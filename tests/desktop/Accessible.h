@@ -26,6 +26,8 @@ class Accessible {
   [[nodiscard]] QRect box() const;
   /// Whether it shows that it is switched on.
   [[nodiscard]] bool isChecked() const;
+  /// Whether keys go to it.
+  [[nodiscard]] bool isFocused() const;
 
  private:
   using Pointer = std::shared_ptr<AtspiAccessible>;

@@ -104,4 +104,11 @@ std::string DesktopTest::query() {
   return field ? field->text() : std::string();
 }
 
+bool DesktopTest::hasCaret() {
+  return waitUntil([] {
+    const auto field = Accessible::named(kSearchField);
+    return field && field->isFocused();
+  });
+}
+
 }  // namespace zelnor::test

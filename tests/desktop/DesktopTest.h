@@ -49,6 +49,8 @@ class DesktopTest : public testing::Test {
   bool click(const std::string& name);
   /// What is written in the search field.
   [[nodiscard]] static std::string query();
+  /// Waits until the search field has the caret.
+  static bool hasCaret();
 
   const TemporaryFolder home_;
   Session& session_ = Session::instance();

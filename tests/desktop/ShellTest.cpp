@@ -1,5 +1,7 @@
+#include <chrono>
 #include <cstdlib>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/desktop/DesktopTest.h"
@@ -33,6 +35,23 @@ TEST_F(HotkeyTest, BringsUpThePanelOverAnyWindowAndLosesNoKeyTypedAfterIt) {
   client_.press({"Escape"});
   EXPECT_TRUE(panelGoes());
   client_.closeWindow(other);
+}
+
+// Qt tells of a lost keyboard 100 ms late, and whoever shows the panel again meanwhile is not to
+// find it deaf.
+TEST_F(HotkeyTest, GivesThePanelItsCaretHoweverSoonItComesBack) {
+  constexpr auto kLongest = std::chrono::milliseconds(130);
+  constexpr auto kStep = std::chrono::milliseconds(5);
+  client_.press(kDefaultHotkey);
+  ASSERT_TRUE(panelComes());
+  for (auto pause = kStep; pause <= kLongest; pause += kStep) {
+    client_.press({"Escape"});
+    ASSERT_TRUE(panelGoes());
+    std::this_thread::sleep_for(pause);
+    client_.press(kDefaultHotkey);
+    ASSERT_TRUE(panelComes());
+    ASSERT_TRUE(hasCaret()) << "after " << pause.count() << " ms";
+  }
 }
 
 TEST_F(HotkeyTest, MayBePressedFasterThanAnybodyCan) {

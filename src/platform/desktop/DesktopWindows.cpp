@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include <qpa/qwindowsysteminterface.h>
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
@@ -213,6 +214,14 @@ void DesktopWindows::activate(QWindow& window, const Activation& activation) {
   }
   window.raise();
   window.requestActivate();
+}
+
+/// On X11 Qt waits 100 ms for another window of the program to take over, and up to then ignores
+/// that the same window has got the keyboard again.
+void DesktopWindows::hidden(const QWindow& window) {
+  if (!x11_ || QGuiApplication::focusWindow() != &window) return;
+  QWindowSystemInterface::handleWindowActivated<QWindowSystemInterface::SynchronousDelivery>(
+      /*window=*/nullptr, Qt::ActiveWindowFocusReason);
 }
 
 }  // namespace zelnor::platform

@@ -32,6 +32,9 @@ class DesktopWindows final : public QObject {
   /// Brings a shown window to the current desktop and to the front, and has it get the keyboard.
   /// `activation` says that the user asked for it.
   void activate(QWindow& window, const Activation& activation);
+  /// Has a window that was hidden just now not count as the one with the keyboard any longer, so
+  /// that it is told when it gets it back, however soon.
+  void hidden(const QWindow& window);
 
  Q_SIGNALS:
   void compositedChanged(bool isComposited);

@@ -1,5 +1,6 @@
 #include "tasks/Task.h"
 
+#include <exception>
 #include <utility>
 
 #include <asio/co_spawn.hpp>
@@ -38,11 +39,17 @@ class Ending {
 
 Async<void> runToEnd(std::shared_ptr<Ending> ending, std::stop_token token,
                      std::function<Async<void>(std::stop_token)> body) {
+  std::exception_ptr failure;
   try {
     co_await body(std::move(token));
-    (**ending).set(true);
   } catch (...) {
-    (**ending).fail(std::current_exception());
+    failure = std::current_exception();
+  }
+  body = nullptr;  // whoever waits may destroy what it refers to
+  if (failure) {
+    (**ending).fail(failure);
+  } else {
+    (**ending).set(true);
   }
 }
 

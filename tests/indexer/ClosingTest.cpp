@@ -1,5 +1,7 @@
 #include <chrono>
+#include <future>
 #include <random>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -77,6 +79,44 @@ TEST_F(ClosingTest, NothingIsBegunAfterwards) {
   EXPECT_TRUE(test::indexed(*indexer_).empty());
   EXPECT_TRUE(indexer_->log().empty());
   EXPECT_EQ(streams_.started().size(), 1U);
+}
+
+TEST_F(ClosingTest, WhatWasAskedForJustBeforeIsNotBegun) {
+  std::promise<void> isStarting;
+  std::promise<void> mayStart;
+  streams_.onStart = [&, isFirst = true]() mutable {
+    if (!std::exchange(isFirst, false)) return;
+    isStarting.set_value();
+    mayStart.get_future().wait();
+  };
+  const auto first = indexer_->spawn([this] { return actor().startMonitoring(config_); });
+  main().runReady();
+  isStarting.get_future().wait();  // the actor is busy
+  const auto second = indexer_->spawn([this] { return actor().startMonitoring(config_); });
+  const auto closing = indexer_->spawn([this] { return actor().shutDown(); });
+  main().runReady();
+  mayStart.set_value();
+  for (const auto& task : {first, second, closing}) main().await(task.wait());
+  EXPECT_EQ(streams_.started().size(), 1U);
+  EXPECT_FALSE(streams_.isRunning());
+}
+
+TEST_F(ClosingTest, AnAutomaticRebuildIsBrokenOffLikeAnyOther) {
+  makeFiles(100);
+  main().await(actor().startMonitoring(config_));
+  const auto reader = raw();  // keeps it from ending
+  reader.exec("BEGIN");
+  ASSERT_EQ(reader.integer("SELECT count(*) FROM files"), 0);
+  streams_.deliver(tree_.path(), platform::kFSEventStreamEventFlagKernelDropped);
+  waitForFirstBatch();
+  const auto begin = steady_clock::now();
+  main().await(actor().shutDown());
+  EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(2));
+  settle();
+  EXPECT_EQ(streams_.started().size(), 1U);
+  EXPECT_EQ(status().state, IndexStatus::State::idle());
+  EXPECT_FALSE(status().lastIndexDate);
+  EXPECT_EQ(indexer_->log().size(), 1U) << "it has not failed";
 }
 
 TEST_F(ClosingTest, ARebuildThatIsReplacedAfterItsLastBatchFollowsNothing) {

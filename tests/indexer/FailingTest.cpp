@@ -1,6 +1,13 @@
 #include <sys/resource.h>
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -21,6 +28,14 @@ class FailingTest : public test::FakeStreamTest {
   void changeSomething() {
     streams_.deliver(tree_.file("change"), platform::kFSEventStreamEventFlagItemCreated);
   }
+  void writeMuch() {
+    std::vector<FileRecord> records;
+    for (int i = 0; i < 2'000; ++i) {
+      const auto name = std::to_string(i) + " of many";
+      records.push_back({.name = name, .path = "/somewhere/" + name});
+    }
+    main().await(actor().sharedDatabase().batchInsert(std::move(records)));
+  }
 };
 
 TEST_F(FailingTest, ARebuildThatFailsLeavesAnIndexAsFastToUseAsBefore) {
@@ -37,6 +52,25 @@ TEST_F(FailingTest, ARebuildThatFailsLeavesAnIndexAsFastToUseAsBefore) {
   EXPECT_EQ(raw.integer(kAutomerge), 4);
   EXPECT_TRUE(streams_.isRunning()) << "the older monitoring goes on";
   EXPECT_EQ(streams_.started().size(), 1U);
+  for (int batch = 0; batch < 20; ++batch) writeMuch();
+  EXPECT_LT(std::filesystem::file_size(data_ / "index.sqlite-wal"), 6U << 20U);
+}
+
+TEST_F(FailingTest, ARebuildThatFailsStopsItsWalk) {
+  raw().exec(
+      "CREATE INDEX failing ON files(CASE name WHEN 'bad' THEN abs(-9223372036854775808) END)");
+  for (int i = 0; i < 10'000; ++i) tree_.file("a/" + std::to_string(i));  // a batch
+  tree_.file("0/bad");
+  constexpr int kFolders = 1'000;
+  for (int i = 0; i < kFolders; ++i) tree_.folder("b/" + std::to_string(i));
+  std::atomic<int> listed = 0;
+  streams_.onList = [&](const std::string& folder) {
+    if (!folder.starts_with(tree_ / "b/")) return;
+    ++listed;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));  // of a slow disk
+  };
+  EXPECT_THROW(indexer_->rebuild(config_), DatabaseError);
+  EXPECT_LT(listed, kFolders / 2);
 }
 
 TEST_F(FailingTest, AFullDiskIsGotOverOnceThereIsRoom) {

@@ -14,6 +14,7 @@
 #include "platform/FileUris.h"
 #include "platform/desktop/DesktopFileAppearances.h"
 #include "tests/platform_desktop/PrivateHome.h"
+#include "tests/support/RecordLock.h"
 #include "tests/support/Unprivileged.h"
 
 namespace zelnor::platform {
@@ -55,6 +56,11 @@ TEST(DesktopFileAppearances, LooksAtNamesAndTypesAndOpensNothing) {
   EXPECT_THAT(names(privateHome().folder("folder"), /*isFolder=*/true), Contains("folder"));
   EXPECT_THAT(names(privateHome().path(), /*isFolder=*/true), Contains("user-home"));
   EXPECT_THAT(names(privateHome() / "vanished"), IsEmpty());
+
+  const auto locked = privateHome().file("locked without a type", "x");
+  const test::RecordLock lock(locked);
+  EXPECT_THAT(names(locked), Contains("text-x-generic"));
+  EXPECT_TRUE(lock.isHeld());
 
   const auto fifo = privateHome() / "fifo.txt";
   ASSERT_EQ(mkfifo(fifo.c_str(), S_IRUSR), 0);

@@ -15,6 +15,7 @@
 
 #include "platform/desktop/DesktopFileOpener.h"
 #include "tests/platform_desktop/PrivateHome.h"
+#include "tests/support/RecordLock.h"
 
 namespace zelnor::platform {
 namespace {
@@ -75,6 +76,21 @@ TEST_F(FileOpenerTest, SaysWhyNothingOpens) {
   ASSERT_EQ(mkfifo(fifo.c_str(), S_IRUSR), 0);
   EXPECT_THROW(opener_.open(fifo, {}), FileError);  // for which there is no application
   EXPECT_THROW(opener_.reveal(privateHome() / "no/such", {}), FileError);
+}
+
+TEST_F(FileOpenerTest, TheLocksThatTheProcessHasOnTheFileStay) {
+  // What it is does not show in its name, and not in another of its names.
+  const auto path = privateHome().file("database.unknown", "text");
+  const auto link = privateHome() / "link to database";
+  fs::create_symlink(path, link);
+  const test::RecordLock lock(path);
+  ASSERT_TRUE(lock.isHeld());
+  for (const auto& name : {path, link}) {
+    opener_.open(name, {});
+    EXPECT_THAT(noted(), testing::StartsWith(name + "|"));
+    fs::remove(note_);
+    EXPECT_TRUE(lock.isHeld()) << name;
+  }
 }
 
 TEST_F(FileOpenerTest, WithoutAFileManagerTheFolderIsOpened) {

@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "store/DatabaseManager.h"
-#include "store/SchemaManager.h"
 #include "tasks/ThreadPool.h"
+#include "tests/support/MainThread.h"
 #include "tests/support/RawDatabase.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -61,15 +61,24 @@ TEST(Connection, AnIndexThatOthersCouldReadIsItsOwnersAloneOnceItIsOpened) {
 }
 
 TEST(Connection, IsSetUpForOneWriterAndReadersWithLimitedMemory) {
+  using Access = DatabaseManager::Access;
   const test::TemporaryFolder folder;
-  const test::RawDatabase raw(folder / "index.sqlite");
-  SchemaManager::enableWAL(raw.handle());
-  EXPECT_EQ(raw.text("PRAGMA journal_mode"), "wal");
-  EXPECT_EQ(raw.integer("PRAGMA synchronous"), 1) << "NORMAL";
-  EXPECT_EQ(raw.integer("PRAGMA mmap_size"), 134'217'728);
-  EXPECT_EQ(raw.integer("PRAGMA cache_size"), -32'768);
-  EXPECT_EQ(raw.integer("PRAGMA temp_store"), 2) << "MEMORY";
-  EXPECT_EQ(raw.integer("PRAGMA foreign_keys"), 1);
+  test::MainThread main;  // outlives the threads that resume on it
+  const tasks::ThreadPool pool(/*threads=*/1);
+  for (const auto access : {Access::readWrite, Access::readOnly}) {
+    DatabaseManager manager(folder.path(), pool.executor(), access);
+    const auto setting = [&](const std::string& name) {
+      return main.await(manager.searchCount({"PRAGMA " + name, {}}));
+    };
+    EXPECT_EQ(setting("mmap_size"), 134'217'728);
+    EXPECT_EQ(setting("cache_size"), -32'768);
+    EXPECT_EQ(setting("temp_store"), 2) << "MEMORY";
+    EXPECT_EQ(setting("foreign_keys"), 1);
+    if (access == Access::readWrite) {
+      EXPECT_EQ(setting("synchronous"), 1) << "NORMAL";
+    }
+  }
+  EXPECT_EQ(test::RawDatabase(folder / "index.sqlite").text("PRAGMA journal_mode"), "wal");
 }
 
 }  // namespace

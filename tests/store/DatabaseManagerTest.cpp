@@ -2,6 +2,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -183,6 +189,35 @@ TEST_F(DatabaseManagerTest, OpeningAgainLeavesAnUnfinishedBulkLoadToWhoeverGoesO
   }
   EXPECT_FALSE(main_.await(again.isMergingDeferred()));
   EXPECT_EQ(raw_.text("SELECT group_concat(version) FROM schema_version"), "1,1");
+}
+
+TEST_F(DatabaseManagerTest, AfterManyChangesAtOnceTheLogIsWrittenBackAsOftenAsBefore) {
+  const std::vector<std::function<tasks::Async<void>()>> manyChanges{
+      [this] { return manager_.beginBulkLoad(/*source=*/1); },
+      [this] { return manager_.endBulkLoad(); },
+      [this] { return manager_.beginBulkLoad(/*source=*/1); },
+      [this] { return manager_.breakOffBulkLoad(); },
+      [this] { return manager_.beginBurst(); },
+      [this] { return manager_.endBurst(); },
+  };
+  const auto logAfterWriting = [&] {
+    for (int batch = 0; batch < 20; ++batch) {
+      std::vector<FileRecord> records;
+      for (int i = 0; i < 2'000; ++i) records.push_back(record(std::to_string(i) + " of many"));
+      main_.await(manager_.batchInsert(std::move(records)));
+    }
+    return std::filesystem::file_size(folder_ / "data/index.sqlite-wal");
+  };
+  constexpr std::uintmax_t kOrdinaryLog = 6U << 20U;
+  for (std::size_t step = 0; step < manyChanges.size(); ++step) {
+    main_.await(manyChanges[step]());
+    const auto log = logAfterWriting();
+    if (step % 2 == 1) {
+      EXPECT_LT(log, kOrdinaryLog) << "step " << step;
+    } else {
+      EXPECT_GT(log, kOrdinaryLog) << "step " << step;
+    }
+  }
 }
 
 TEST_F(DatabaseManagerTest, MergingMakesTheSecondaryIndexesThatNobodyElseHasMade) {

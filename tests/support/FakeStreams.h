@@ -21,10 +21,14 @@ class FakeStreams {
 
   /// Delivered by each stream in the very moment in which it is stopped.
   Events last;
+  /// Delivered by the next stream that starts, before it has started.
+  Events first;
   /// No stream can be had.
   bool fails = false;
   /// Called on the actor before a stream starts.
   std::function<void()> onStart = [] {};
+  /// Called by a walk for each folder that it comes to while a stream listens.
+  std::function<void(const std::string&)> onList = [](const std::string&) {};
 
   FileIndexActor::StreamFactory factory() {
     return [this](platform::ChangeStreamOptions options, platform::ChangeStream::Callback callback)
@@ -72,13 +76,17 @@ class FakeStreams {
 
     void setQueue(platform::SerialQueue* itsQueue) override { queue = itsQueue; }
     bool listen() override { return true; }
-    void willList(const std::string& /*folder*/) override {}
+    void willList(const std::string& folder) override { owner.onList(folder); }
     void couldNotList(const std::string& /*folder*/) override {}
     bool start() override {
       owner.onStart();
-      const std::scoped_lock lock(owner.mutex_);
-      owner.started_.push_back(roots);
-      owner.running_ = this;
+      {
+        const std::scoped_lock lock(owner.mutex_);
+        owner.started_.push_back(roots);
+        owner.running_ = this;
+      }
+      const auto events = std::exchange(owner.first, {});
+      if (!events.empty()) owner.deliver(events);
       return true;
     }
     void stop() override {

@@ -1,3 +1,4 @@
+#include <memory>
 #include <stdexcept>
 #include <system_error>
 
@@ -42,6 +43,22 @@ TEST_F(TaskTest, DoesNotStartInsideTheCallThatStartsIt) {
   });
   main_.await(outer.wait());
   EXPECT_TRUE(started);
+}
+
+TEST_F(TaskTest, HasLetGoOfWhatItOwnsWhenItHasEnded) {
+  for (const bool fails : {false, true}) {
+    Task task;
+    bool wasDone = true;
+    const auto lookAtEnd = [&](const int* /*owned*/) { wasDone = task.isDone(); };
+    task = Task::spawn(
+        main_.executor(),
+        [owned = std::shared_ptr<int>(nullptr, lookAtEnd), fails](std::stop_token) -> Async<void> {
+          if (fails) throw std::runtime_error("broken");
+          co_return;
+        });
+    main_.await(task.ended());
+    EXPECT_FALSE(wasDone);
+  }
 }
 
 TEST_F(TaskTest, CancellingWakesASleeperThatLearnsOfIt) {

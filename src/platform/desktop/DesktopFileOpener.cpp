@@ -1,5 +1,15 @@
 #include "platform/desktop/DesktopFileOpener.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <filesystem>
+#include <optional>
+#include <string>
+
 #include "platform/FileUris.h"
 #include "platform/desktop/GLib.h"
 #include "platform/desktop/LaunchContext.h"
@@ -67,6 +77,50 @@ std::string parentOf(const std::string& path) {
   return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
 }
 
+/// A descriptor that this process has of the file, if it has one.
+std::optional<int> ownDescriptorOf(const std::string& path) {
+  struct stat wanted{};
+  if (::stat(path.c_str(), &wanted) != 0 || !S_ISREG(wanted.st_mode)) return std::nullopt;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    const auto number = entry.path().filename().string();
+    int descriptor = -1;
+    std::from_chars(number.data(), number.data() + number.size(), descriptor);
+    struct stat status{};
+    if (::fstat(descriptor, &status) == 0 && status.st_dev == wanted.st_dev &&
+        status.st_ino == wanted.st_ino) {
+      return descriptor;
+    }
+  }
+  return std::nullopt;
+}
+
+/// The default application of an open file's type, by its name and what it begins with.
+GObjectPointer<GAppInfo> programForOpen(int descriptor, const std::string& path) {
+  constexpr std::size_t kEnough = 4096;
+  std::array<unsigned char, kEnough> head{};
+  const auto length = std::max<ssize_t>(::pread(descriptor, head.data(), head.size(), 0), 0);
+  const GLibPointer<char> type(g_content_type_guess(path.substr(path.rfind('/') + 1).c_str(),
+                                                    head.data(), static_cast<std::size_t>(length),
+                                                    /*result_uncertain=*/nullptr));
+  GObjectPointer<GAppInfo> program(
+      g_app_info_get_default_for_type(type.get(), /*must_support_uris=*/FALSE));
+  if (!program) {
+    throw FileError(g_dgettext("glib20", "No application is registered as handling this file"));
+  }
+  return program;
+}
+
+/// GIO opens and closes the file to find out what it is, which drops every lock that this process
+/// has on it, fcntl(2), such as SQLite's on the index.
+GObjectPointer<GAppInfo> programFor(const std::string& path) {
+  if (const auto descriptor = ownDescriptorOf(path)) return programForOpen(*descriptor, path);
+  GLibError missing;
+  GObjectPointer<GAppInfo> program(
+      g_file_query_default_handler(fileAt(path).get(), /*cancellable=*/nullptr, missing.out()));
+  if (!program) throw missing.toFileError();
+  return program;
+}
+
 /// Whether the bus of the session can be had does not matter to most programs, but GIO takes the
 /// shared connection for starting any.
 void prepareBus() {
@@ -80,11 +134,7 @@ void prepareBus() {
 
 void DesktopFileOpener::open(const std::string& path, const Activation& activation) {
   prepareBus();
-  GLibError missing;
-  const auto file = fileAt(path);
-  const GObjectPointer<GAppInfo> program(
-      g_file_query_default_handler(file.get(), /*cancellable=*/nullptr, missing.out()));
-  if (!program) throw missing.toFileError();
+  const auto program = programFor(path);
   auto uri = fileUri(path);
   GList uris{.data = uri.data(), .next = nullptr, .prev = nullptr};
   GLibError failed;

@@ -120,12 +120,42 @@ TEST_F(SearchViewTest, WhatAnInputMethodHoldsIsNotSearchedFor) {
   waitForSearch();
   EXPECT_THAT(source_.searches, IsEmpty());
   EXPECT_TRUE(empty_->isVisible());
+  int closed = 0;
+  QObject::connect(view_.get(), &SearchView::closeRequested, [&] { ++closed; });
+  for (const auto key : {Qt::Key_Return, Qt::Key_Down, Qt::Key_Escape}) press(key);
+  EXPECT_EQ(closed, 0);
+  EXPECT_TRUE(field_->hasFocus());
   QInputMethodEvent chosen;
   chosen.setCommitString(QStringLiteral(u"报告"));
   QApplication::sendEvent(field_, &chosen);
   waitForSearch();
   ASSERT_EQ(source_.searches.size(), 1U);
   EXPECT_EQ(source_.searches.front().query.text, "报告");
+  press(Qt::Key_Down);
+  EXPECT_TRUE(rows_->hasFocus());
+}
+
+TEST_F(SearchViewTest, WhatIsComposedInTheListIsComposedInTheField) {
+  source_.matches = 3;
+  type(QStringLiteral("a"));
+  press(Qt::Key_Down);
+  ASSERT_TRUE(rows_->hasFocus());
+  QInputMethodQueryEvent query(Qt::ImEnabled | Qt::ImCursorRectangle);
+  QApplication::sendEvent(rows_, &query);
+  EXPECT_TRUE(query.value(Qt::ImEnabled).toBool());
+  const auto caret = query.value(Qt::ImCursorRectangle).toRect().center();
+  EXPECT_TRUE(
+      field_->rect().contains(field_->mapFrom(view_.get(), rows_->mapTo(view_.get(), caret))));
+
+  QInputMethodEvent composing(QStringLiteral("bao"), {});
+  QApplication::sendEvent(rows_, &composing);
+  EXPECT_TRUE(rows_->hasFocus());
+  EXPECT_EQ(model_.queryText(), "a");
+  QInputMethodEvent chosen;
+  chosen.setCommitString(QStringLiteral(u"报"));
+  QApplication::sendEvent(rows_, &chosen);
+  EXPECT_EQ(model_.queryText(), "a报");
+  EXPECT_TRUE(field_->hasFocus());
 }
 
 TEST_F(SearchViewTest, EscapeForgetsThePreviewThenCloses) {

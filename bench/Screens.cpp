@@ -296,6 +296,21 @@ std::vector<Scene> scenes() {
          stage.search("季度报告");
          stage.panel().setShowsBookmarks(true);
        }},
+      {"sidebar-and-filters",
+       [](Stage& stage) {
+         stage.fillBookmarks();
+         stage.search("季度报告");
+         stage.panel().setShowsFilters(true);
+         stage.panel().setShowsBookmarks(true);
+       }},
+      {"sidebar-and-filters-smallest",
+       [](Stage& stage) {
+         stage.fillBookmarks();
+         stage.search("季度报告");
+         stage.panel().resize(ui::SearchView::kSmallest);
+         stage.panel().setShowsFilters(true);
+         stage.panel().setShowsBookmarks(true);
+       }},
       {"sidebar-first-run", [](Stage& stage) { stage.panel().setShowsBookmarks(true); }},
       {"add-bookmark",
        [](Stage& stage) {

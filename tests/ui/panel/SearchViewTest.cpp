@@ -7,6 +7,7 @@
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QRadioButton>
+#include <QScrollBar>
 
 #include "tests/ui/panel/PanelFixture.h"
 #include "ui/Alert.h"
@@ -236,6 +237,21 @@ TEST_F(SearchViewTest, FiltersAreChosenCountedAndReset) {
   field_->setText(QString());
   QTest::keyClicks(field_, QStringLiteral("r:"));
   EXPECT_TRUE(button(u"正则表达式")->isChecked());
+}
+
+TEST_F(SearchViewTest, FiltersAndBookmarksHaveRoomBesideEachOther) {
+  const auto* filters = find<FilterPanelView>();
+  view_->setShowsFilters(true);
+  view_->setShowsBookmarks(true);
+  settle();
+  EXPECT_EQ(filters->verticalScrollBar()->maximum(), 0);
+  view_->resize(SearchView::kSmallest);
+  settle();
+  const auto* add = button(u"新建书签");
+  const auto* category = button(u"新建分类");
+  EXPECT_GE(add->parentWidget()->height(), add->height());
+  EXPECT_GE(category->height(), category->sizeHint().height());
+  EXPECT_LE(category->mapTo(view_.get(), category->rect().bottomLeft()).y(), view_->height());
 }
 
 TEST_F(SearchViewTest, SavesTheSearchAsABookmark) {

@@ -169,6 +169,8 @@ IndexDatabase IndexDatabase::openForWriting(const std::string& folder) {
   SchemaManager::exec(connection,
                       "PRAGMA journal_size_limit=" + std::to_string(kCheckpointPages * 4096));
   sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  // A program that quits must not wait for a disk. What is in the log is safe there.
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 
   // In one transaction, statements included, so that a database of another program is refused
   // untouched.

@@ -74,7 +74,8 @@ FixedSource::FixedSource() : rows_(makeRows()) {}
 
 tasks::Async<SearchPage> FixedSource::search(SearchQuery query, std::int64_t limit,
                                              std::int64_t offset, std::stop_token /*stop*/) {
-  if (isAbout(query, "等待")) co_await tasks::Completion<bool>::wait(gate_);
+  const bool isHeld = isAbout(query, "等待") || (isAbout(query, "更多") && offset > 0);
+  if (isHeld) co_await tasks::Completion<bool>::wait(gate_);
   if (isAbout(query, "错误")) throw DatabaseError::stepFailed(/*code=*/10);
   SearchPage page;
   const auto count = static_cast<std::int64_t>(rows_.size());

@@ -28,8 +28,10 @@
 #include "tasks/Clock.h"
 #include "tasks/ThreadPool.h"
 #include "tests/support/TemporaryFolder.h"
+#include "ui/PlainButton.h"
 #include "ui/bookmarks/BookmarksSidebarView.h"
 #include "ui/bookmarks/RenameCategorySheet.h"
+#include "ui/list/RenameSheetView.h"
 #include "ui/list/ResultRows.h"
 #include "ui/panel/ProgressSheet.h"
 #include "ui/panel/SearchView.h"
@@ -187,6 +189,21 @@ void openContextMenu(Stage& stage) {
   QApplication::sendEvent(rows.viewport(), &event);
 }
 
+void openSortMenu(Stage& stage) {
+  stage.search("报告");
+  for (auto* button : stage.panel().findChildren<ui::PlainButton*>()) {
+    if (button->title().startsWith(QStringLiteral(u"排序"))) button->click();
+  }
+}
+
+void openRenameSheet(Stage& stage) {
+  select(stage, {1});
+  const auto& name = stage.searching().results().front().record.name;
+  (new ui::RenameSheetView(
+       name, /*selectsStem=*/true, [](const std::string&) {}, stage.panel()))
+      ->open();
+}
+
 void trash(Stage& stage, const SearchViewModel::IdSet& ids) {
   select(stage, ids);
   press(stage.rows(), Qt::Key_Backspace);
@@ -232,6 +249,11 @@ std::vector<Scene> scenes() {
          stage.search("报告");
          stage.rows().scrollTo(stage.rows().model()->index(9, 0), QAbstractItemView::PositionAtTop);
        }},
+      {"loading-more",
+       [](Stage& stage) {
+         stage.search("更多");
+         stage.rows().scrollToBottom();
+       }},
       {"no-results", [](Stage& stage) { stage.search("无「此」物"); }},
       {"error", [](Stage& stage) { stage.search("错误"); }},
       {"searching",
@@ -274,6 +296,21 @@ std::vector<Scene> scenes() {
          stage.search("季度报告");
          stage.panel().setShowsBookmarks(true);
        }},
+      {"sidebar-and-filters",
+       [](Stage& stage) {
+         stage.fillBookmarks();
+         stage.search("季度报告");
+         stage.panel().setShowsFilters(true);
+         stage.panel().setShowsBookmarks(true);
+       }},
+      {"sidebar-and-filters-smallest",
+       [](Stage& stage) {
+         stage.fillBookmarks();
+         stage.search("季度报告");
+         stage.panel().resize(ui::SearchView::kSmallest);
+         stage.panel().setShowsFilters(true);
+         stage.panel().setShowsBookmarks(true);
+       }},
       {"sidebar-first-run", [](Stage& stage) { stage.panel().setShowsBookmarks(true); }},
       {"add-bookmark",
        [](Stage& stage) {
@@ -289,6 +326,8 @@ std::vector<Scene> scenes() {
          (new ui::RenameCategorySheet("工作", [](const std::string&) {}, stage.panel()))->open();
        }},
       {"context-menu", openContextMenu},
+      {"sort-menu", openSortMenu},
+      {"rename-file", openRenameSheet},
       {"trash-one", [](Stage& stage) { trash(stage, {1}); }},
       {"trash-several", [](Stage& stage) { trash(stage, {1, 2, 3}); }},
       {"trash-odd-name", [](Stage& stage) { trash(stage, {13}); }},

@@ -6,6 +6,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QScreen>
 #include <QWindow>
 
@@ -121,7 +122,8 @@ void AppDelegate::openPermissionSettings() {
 
 void AppDelegate::showSettingsWindow(const platform::Activation& activation) {
   if (!settingsWindow_ || !settingsWindow_->isVisible()) settingsWindow_ = makeSettings();
-  settingsWindow_->showNormal();
+  settingsWindow_->setWindowState(settingsWindow_->windowState() & ~Qt::WindowMinimized);
+  settingsWindow_->show();
   windows_.activate(*settingsWindow_->windowHandle(), activation);
 }
 
@@ -134,6 +136,8 @@ std::unique_ptr<ui::SettingsView> AppDelegate::makeSettings() {
                   .dataFolder = folderText(options.dataFolder, options.homeFolder)},
       .index = environment_.indexViewModel(),
       .bookmarks = environment_.bookmarkViewModel()});
+  // Task bars of X11 that do not know the desktop entry; the panel is in none.
+  settings->setWindowIcon(QIcon::fromTheme(QGuiApplication::desktopFileName()));
   settings->setStatus(environment_.indexStatus());
   centre(*settings);
   connect(settings.get(), &ui::SettingsView::hotkeyConfigChanged, this,

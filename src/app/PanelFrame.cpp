@@ -32,6 +32,12 @@ int shift(int from, int length, int low, int high) {
   return std::min(high - (from + length), 0);
 }
 
+QSize extentOf(std::span<const ScreenArea> screens) {
+  QRect all;
+  for (const auto& screen : screens) all |= screen.whole;
+  return all.size();
+}
+
 QPoint shiftOnto(const QRect& frame, const QRect& area) {
   return {shift(frame.left(), frame.width(), area.left(), area.right() + 1),
           shift(frame.top(), frame.height(), area.top(), area.bottom() + 1)};
@@ -73,9 +79,11 @@ QRect firstFrame(QSize size, QPoint pointer, std::span<const ScreenArea> screens
   return frame;
 }
 
-QRect movedOntoScreen(const QRect& frame, std::span<const ScreenArea> screens) {
+QRect movedOntoScreen(QRect frame, std::span<const ScreenArea> screens) {
+  if (screens.empty()) return frame;
+  frame.setSize(frame.size().boundedTo(extentOf(screens)));
   const auto holds = [&](const ScreenArea& screen) { return canBeGrasped(frame, screen); };
-  if (screens.empty() || std::ranges::any_of(screens, holds)) return frame;
+  if (std::ranges::any_of(screens, holds)) return frame;
   const auto distance = [&](const ScreenArea& screen) {
     return shiftOnto(frame, screen.available).manhattanLength();
   };

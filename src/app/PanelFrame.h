@@ -25,8 +25,8 @@ std::optional<QRect> frameFrom(std::string_view text);
 /// centre. Without a screen at the origin.
 QRect firstFrame(QSize size, QPoint pointer, std::span<const ScreenArea> screens);
 
-/// `frame`, moved onto the nearest screen if nothing of its upper edge, by which one gets hold of
-/// it, is on any.
-QRect movedOntoScreen(const QRect& frame, std::span<const ScreenArea> screens);
+/// `frame`, no larger than all screens together, and moved onto the nearest one if nothing of its
+/// upper edge, by which one gets hold of it, is on any.
+QRect movedOntoScreen(QRect frame, std::span<const ScreenArea> screens);
 
 }  // namespace zelnor::app

@@ -78,7 +78,8 @@ void SearchWindowController::showWindow(const platform::Activation& activation) 
     keepOnScreen();
   }
   if (!panel_->isVisible()) windows_.keepOutOfTaskBar(*panel_->windowHandle());
-  panel_->showNormal();
+  panel_->setWindowState(panel_->windowState() & ~Qt::WindowMinimized);
+  panel_->show();
   windows_.activate(*panel_->windowHandle(), activation);
 }
 

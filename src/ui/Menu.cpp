@@ -73,7 +73,8 @@ void paintMenuPanel(QPainter& painter, const QRect& rect) {
   painter.save();
   painter.setPen(palette::kOutline);
   painter.setBrush(palette::kPanel);
-  painter.drawRect(rect.adjusted(0, 0, -1, -1));
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.drawRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5));
   painter.restore();
 }
 

@@ -142,6 +142,8 @@ PlainButton* Sheet::addButton(const QString& title, Role role, std::function<voi
   return button;
 }
 
+void Sheet::centreButtons() { static_cast<QHBoxLayout*>(buttons_->layout())->addStretch(); }
+
 void Sheet::open() {
   focusBefore_ = panel_.window()->focusWidget();
   cover();

@@ -40,6 +40,8 @@ class Sheet : public QWidget {
   /// Appends a button to the row at the bottom. Escape presses the one with the role `cancel`,
   /// Return the last one. `pressed` is called after the sheet has begun to close.
   PlainButton* addButton(const QString& title, Role role, std::function<void()> pressed);
+  /// Puts the buttons in the middle of their row instead of at its end. After the last one.
+  void centreButtons();
   /// What has the keyboard first; else the last button.
   void setFirstFocus(QWidget* widget) { firstFocus_ = widget; }
   void dismiss();

@@ -71,6 +71,13 @@ QSize SlidingPane::sizeHint() const {
   return size;
 }
 
+QSize SlidingPane::minimumSizeHint() const {
+  const auto wanted = sizeHint();
+  const auto least = content_->minimumSizeHint();
+  return edge_ == Edge::top ? QSize(least.width(), wanted.height())
+                            : QSize(wanted.width(), least.height());
+}
+
 bool SlidingPane::event(QEvent* event) {
   if (event->type() == QEvent::LayoutRequest) updateGeometry();
   return QWidget::event(event);

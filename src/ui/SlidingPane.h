@@ -21,7 +21,8 @@ class SlidingPane final : public QWidget {
   void setOpen(bool isOpen);
 
   [[nodiscard]] QSize sizeHint() const override;
-  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+  /// Along the edge, as little as the content can do with.
+  [[nodiscard]] QSize minimumSizeHint() const override;
 
  protected:
   bool event(QEvent* event) override;

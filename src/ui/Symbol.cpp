@@ -5,11 +5,11 @@
 #include <stdexcept>
 
 #include <QIconEngine>
-#include <QPaintDevice>
 #include <QPainter>
 #include <QPixmap>
 #include <QPixmapCache>
 #include <QSvgRenderer>
+#include <QTransform>
 
 // NOLINTNEXTLINE(misc-use-anonymous-namespace): Q_INIT_RESOURCE works in no namespace
 static void initSymbols() {
@@ -68,16 +68,19 @@ class SymbolEngine final : public QIconEngine {
 }  // namespace
 
 void paintSymbol(QPainter& painter, const QRectF& box, QLatin1String name, const QColor& color) {
-  const double ratio = painter.device()->devicePixelRatioF();
+  const double ratio = pixelsOf(painter);
   const auto side = static_cast<int>(std::lround(std::min(box.width(), box.height()) * ratio));
   if (side <= 0) return;
   auto pixmap = tinted(name, side, color);
   pixmap.setDevicePixelRatio(ratio);
-  // On whole device pixels, or the edges blur.
-  const auto onPixel = [ratio](double at) { return std::round(at * ratio) / ratio; };
-  const QPointF corner = box.center() - QPointF(side, side) / ratio / 2;
-  painter.drawPixmap(QPointF(onPixel(corner.x()), onPixel(corner.y())), pixmap);
+  // On whole pixels of the device, or the edges blur.
+  const auto toDevice = painter.deviceTransform();
+  const QPointF corner = toDevice.map(box.center()) - QPointF(side, side) / 2;
+  const QPointF onPixel(std::round(corner.x()), std::round(corner.y()));
+  painter.drawPixmap(toDevice.inverted().map(onPixel), pixmap);
 }
+
+double pixelsOf(const QPainter& painter) { return painter.deviceTransform().m11(); }
 
 QIcon symbolIcon(QLatin1String name, const QColor& color) {
   return QIcon(new SymbolEngine(name, color));

@@ -15,7 +15,10 @@ namespace zelnor::ui {
 /// Draws the symbol called `name` in the middle of `box`, as large as fits.
 void paintSymbol(QPainter& painter, const QRectF& box, QLatin1String name, const QColor& color);
 
-/// The same for what takes an icon, such as the entries of a menu.
+/// How many pixels of its device a unit of the painter is.
+double pixelsOf(const QPainter& painter);
+
+/// The same as `paintSymbol` for what takes an icon, such as the entries of a menu.
 QIcon symbolIcon(QLatin1String name, const QColor& color);
 
 }  // namespace zelnor::ui

@@ -47,8 +47,9 @@ TEST(PanelFrame, IsMovedOntoTheNearestScreenIfNobodyCouldGetHoldOfIt) {
       {{100, 5000, 680, 520}, {100, 560, 680, 520}},
       {{100, -10, 680, 520}, {100, 40, 680, 520}},
       {{4000, 20, 680, 520}, {2040, 20, 680, 520}},
-      // Larger than any screen: its upper left corner.
-      {{9000, 9000, 3000, 3000}, {1920, 0, 3000, 3000}},
+      // Larger than all screens together: as large as they are, and its upper left corner.
+      {{10, 50, 100000, 100000}, {10, 50, 2720, 1080}},
+      {{9000, 9000, 3000, 3000}, {1920, 0, 2720, 1080}},
   };
   for (const auto& [frame, moved] : cases) {
     EXPECT_EQ(movedOntoScreen(frame, kScreens), moved) << frameText(frame);

@@ -208,9 +208,14 @@ void DesktopWindows::activate(QWindow& window, const Activation& activation) {
     x11_->activate(static_cast<xcb_window_t>(window.winId()), timeIn(activation));
     return;
   }
-  // Qt takes the token for its next request from there, and removes it.
   if (!activation.token.empty()) {
+    // Qt takes the token for its next request from there, and removes it.
     qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activation.token));
+  } else if (window.isExposed() && !window.isActive()) {
+    // The portal of KDE in Debian 12 gives none, and without one no compositor brings a window to
+    // the front that is there already; one that comes is let in front.
+    window.hide();
+    window.show();
   }
   window.raise();
   window.requestActivate();

@@ -35,7 +35,9 @@ class Form final : public QWidget {
     int row = rows_->rowCount();
     if (row > 1) rows_->addWidget(makeSeparator(Qt::Horizontal, this), row++, 0, 1, -1);
     rows_->setRowMinimumHeight(row, type::scaled(kHeight));
-    rows_->addWidget(makeText(title, type::kBody, palette::kText, this), row, 1);
+    auto* label = makeText(title, type::kBody, palette::kText, this);
+    label->setBuddy(control);  // a picker reads as what it is set to, and what it is for
+    rows_->addWidget(label, row, 1);
     rows_->addWidget(control, row, 3);
   }
 

@@ -26,6 +26,9 @@ class BookmarksList final : public QListView {
   /// The view model outlives the list.
   explicit BookmarksList(BookmarkViewModel& bookmarks, QWidget* parent = nullptr);
 
+  /// Beside open filters, a low window leaves little room.
+  [[nodiscard]] QSize minimumSizeHint() const override { return {0, 0}; }
+
  Q_SIGNALS:
   void chosen(const zelnor::SearchBookmark& bookmark);
   /// The user wants to give a category another name.

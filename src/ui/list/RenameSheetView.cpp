@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "ui/Palette.h"
+#include "ui/TextField.h"
 #include "ui/TextLabel.h"
 #include "ui/Typography.h"
 
@@ -29,10 +30,7 @@ RenameSheetView::RenameSheetView(std::string name, bool selectsStem,
 }
 
 void RenameSheetView::addField(bool selectsStem) {
-  field_ = new QLineEdit(QString::fromStdString(name_), card());
-  field_->setPlaceholderText(QStringLiteral(u"文件名"));
-  field_->setAccessibleName(QStringLiteral(u"文件名"));
-  field_->setFont(type::font(type::kBody));
+  field_ = makeTextField(QStringLiteral(u"文件名"), QString::fromStdString(name_), card());
   field_->setFixedWidth(type::scaled(kNameWidth));
   parts().addWidget(field_);
   setFirstFocus(field_);

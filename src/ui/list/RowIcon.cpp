@@ -5,7 +5,6 @@
 
 #include <QImage>
 #include <QLatin1String>
-#include <QPaintDevice>
 #include <QPainter>
 
 #include "results/FileIcons.h"
@@ -70,8 +69,7 @@ void paintImage(QPainter& painter, const QRectF& box, const QImage& image) {
 }  // namespace
 
 void paintRowIcon(QPainter& painter, const QRect& box, const FileRecord& record, FileIcons* icons) {
-  const double ratio = painter.device()->devicePixelRatioF();
-  const auto pixels = static_cast<int>(std::lround(box.width() * ratio));
+  const auto pixels = static_cast<int>(std::lround(box.width() * pixelsOf(painter)));
   const auto image = icons != nullptr ? icons->icon(record, pixels) : QImage();
   if (image.isNull()) {
     paintSquare(painter, box, categoryOf(record));

@@ -13,6 +13,7 @@
 #include "ui/DisplayText.h"
 #include "ui/Palette.h"
 #include "ui/PlainButton.h"
+#include "ui/SlidingPane.h"
 #include "ui/TextLabel.h"
 #include "ui/panel/FilterColumn.h"
 #include "ui/panel/FilterRadioRow.h"
@@ -85,7 +86,8 @@ FilterPanelView::FilterPanelView(SearchViewModel& search, QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(makeColumns(strip));
-  layout->addWidget(reset_ = makeReset(strip));
+  reset_ = new SlidingPane(makeReset(strip), SlidingPane::Edge::top, strip);
+  layout->addWidget(reset_);
   layout->addStretch();
   setWidget(strip);
   strip->installEventFilter(this);
@@ -148,7 +150,7 @@ void FilterPanelView::change(const Change& change) {
 void FilterPanelView::showFilter(const SearchFilter& filter) {
   sizes_->choose(static_cast<int>(filter.sizePreset));
   dates_->choose(static_cast<int>(filter.datePreset));
-  reset_->setVisible(filter.isActive());
+  reset_->setOpen(filter.isActive());
   updateGeometry();
 }
 

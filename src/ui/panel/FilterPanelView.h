@@ -12,7 +12,7 @@ namespace zelnor::ui {
 
 class ChoiceGroup;
 class FilterColumn;
-class PlainButton;
+class SlidingPane;
 
 /// The strip of filters: size, date, and how the text is matched. It changes the filter and the
 /// query text of the search, and holds nothing itself.
@@ -44,7 +44,7 @@ class FilterPanelView final : public QScrollArea {
   ChoiceGroup* sizes_;
   ChoiceGroup* dates_;
   ChoiceGroup* modes_;
-  QWidget* reset_ = nullptr;
+  SlidingPane* reset_ = nullptr;
   int heightLimit_;
 };
 

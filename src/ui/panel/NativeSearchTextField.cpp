@@ -27,6 +27,8 @@ NativeSearchTextField::NativeSearchTextField(const QString& placeholder, QWidget
   colors.setColor(QPalette::Text, palette::kText);
   setPalette(colors);
   setAttribute(Qt::WA_InputMethodEnabled);
+  // A new text takes the place of what is being composed, too.
+  connect(this, &QLineEdit::textChanged, this, [this] { isComposing_ = false; });
 }
 
 void NativeSearchTextField::setBoundText(const QString& text) {
@@ -39,7 +41,9 @@ void NativeSearchTextField::type(const QString& text) {
   Q_EMIT textEdited(this->text());
 }
 
+/// What an input method lets through while it composes is not for the panel all the same.
 void NativeSearchTextField::keyPressEvent(QKeyEvent* event) {
+  if (isComposing_) return event->accept();
   switch (event->key()) {
     case Qt::Key_Down:
       Q_EMIT leftDownwards();
@@ -54,8 +58,8 @@ void NativeSearchTextField::keyPressEvent(QKeyEvent* event) {
 }
 
 void NativeSearchTextField::inputMethodEvent(QInputMethodEvent* event) {
-  isComposing_ = !event->preeditString().isEmpty();
   QLineEdit::inputMethodEvent(event);
+  isComposing_ = !event->preeditString().isEmpty();
 }
 
 void NativeSearchTextField::showEvent(QShowEvent* event) {

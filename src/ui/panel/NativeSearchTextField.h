@@ -17,8 +17,6 @@ class NativeSearchTextField final : public QLineEdit {
   void setBoundText(const QString& text);
   /// Lets the user type here what was typed elsewhere.
   void type(const QString& text);
-  /// An input method holds text that the user has not chosen yet: what is pressed belongs to it.
-  [[nodiscard]] bool isComposing() const { return isComposing_; }
 
  Q_SIGNALS:
   /// The user wants to go on to what is below the field.
@@ -32,7 +30,7 @@ class NativeSearchTextField final : public QLineEdit {
   void showEvent(QShowEvent* event) override;
 
  private:
-  bool isComposing_ = false;
+  bool isComposing_ = false;  ///< an input method holds text that the user has not chosen yet
 };
 
 }  // namespace zelnor::ui

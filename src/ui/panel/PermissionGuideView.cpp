@@ -89,6 +89,7 @@ PermissionGuideView::PermissionGuideView(std::function<void()> openSettings, QWi
   parts().addWidget(new Body(card()), /*stretch=*/1);
   addButton(QStringLiteral(u"稍后设置"), Role::cancel, {});
   addButton(QStringLiteral(u"打开系统设置"), Role::prominent, std::move(openSettings));
+  centreButtons();
 }
 
 }  // namespace zelnor::ui

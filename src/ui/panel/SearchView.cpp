@@ -24,6 +24,7 @@
 #include "ui/panel/PermissionGuideView.h"
 #include "ui/panel/SearchBarView.h"
 #include "ui/panel/StatusBarView.h"
+#include "ui/panel/TypingRelay.h"
 
 namespace zelnor::ui {
 
@@ -163,6 +164,7 @@ void SearchView::listenToList() {
   auto* files = &services_.files;
   connect(list_, &ResultListView::leftUpwards, field, qOverload<>(&QWidget::setFocus));
   connect(list_, &ResultListView::typed, field, &NativeSearchTextField::type);
+  new TypingRelay(*list_->focusProxy(), *field);
   connect(list_, &ResultListView::sortChosen, &search_, &SearchViewModel::updateSort);
   connect(list_, &ResultListView::openRequested, files,
           [files](const SearchResult& result) { files->open(result.record.path); });

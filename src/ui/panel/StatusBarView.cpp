@@ -10,7 +10,6 @@
 #include "ui/Palette.h"
 #include "ui/PlainButton.h"
 #include "ui/Spinner.h"
-#include "ui/Symbol.h"
 #include "ui/TextLabel.h"
 
 namespace zelnor::ui {
@@ -33,15 +32,6 @@ QColor colorOf(StatusText::Tone tone) {
       break;
   }
   return palette::kFaintText;
-}
-
-QLabel* makeWarning(QWidget* parent) {
-  auto* warning = new QLabel(parent);
-  const int side = type::scaled(kWarning);
-  warning->setPixmap(symbolIcon(QLatin1String("exclamationmark.triangle"), palette::kRed)
-                         .pixmap(QSize(side, side), parent->devicePixelRatio()));
-  warning->hide();
-  return warning;
 }
 
 }  // namespace
@@ -71,7 +61,8 @@ StatusBarView::StatusBarView(QWidget* parent)
     : QWidget(parent),
       spinner_(new Spinner(this)),
       label_(new ElidedLabel(type::kDetail, palette::kFaintText, this, Qt::ElideRight)),
-      warning_(makeWarning(this)),
+      warning_(
+          makeSymbol(QLatin1String("exclamationmark.triangle"), kWarning, palette::kRed, this)),
       sort_(new SortButton(this)) {
   setFixedHeight(type::scaled(kStatusHeight));
   auto* layout = new QHBoxLayout(this);

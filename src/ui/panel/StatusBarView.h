@@ -38,7 +38,7 @@ class StatusBarView final : public QWidget {
 
   Spinner* spinner_;
   QLabel* label_;
-  QLabel* warning_;
+  QWidget* warning_;
   SortButton* sort_;
   SortField sortField_ = SortField::relevance;
   bool sortAscending_ = true;

@@ -52,7 +52,7 @@ FormSection* GeneralSettingsView::makeStartSection() {
 FormSection* GeneralSettingsView::makeHotkeySection() {
   auto* section = new FormSection(QStringLiteral(u"快捷键"), page_);
   recorder_ = new HotkeyRecorderView(settings_.preferences.hotkey(), section);
-  auto* reset = new FormButton(QStringLiteral(u"恢复默认"), type::kDetail, section);
+  auto* reset = new FormButton(QStringLiteral(u"恢复默认"), type::kCaption, section);
   connect(recorder_, &HotkeyRecorderView::recorded, this, &GeneralSettingsView::setHotkey);
   connect(recorder_, &HotkeyRecorderView::isRecordingChanged, this,
           &GeneralSettingsView::isRecordingChanged);
@@ -67,7 +67,7 @@ FormSection* GeneralSettingsView::makeHotkeySection() {
   section->addRow(QStringLiteral(u"全局唤起快捷键"), controls);
   auto* note =
       makeText(QStringLiteral(u"点击快捷键框后按下新的按键组合，至少需要一个修饰键（⌘⌥⌃⇧）"),
-               type::kDetail, palette::kSecondaryText, section);
+               type::kCaption, palette::kSecondaryText, section);
   note->setWordWrap(true);
   section->addRow(note);
   return section;
@@ -94,7 +94,7 @@ FormSection* GeneralSettingsView::makeAboutSection() {
   auto* section = new FormSection(QStringLiteral(u"关于"), page_);
   section->addRow(QStringLiteral(u"版本"), makeValue(settings_.version, type::kBody, section));
   section->addRow(QStringLiteral(u"数据存储"),
-                  makeValue(settings_.dataFolder, type::kDetail, section));
+                  makeValue(settings_.dataFolder, type::kCaption, section));
   return section;
 }
 

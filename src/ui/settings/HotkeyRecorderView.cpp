@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -69,8 +70,21 @@ QString HotkeyRecorderView::text() const {
 
 void HotkeyRecorderView::setRecording(bool isRecording) {
   if (std::exchange(isRecording_, isRecording) == isRecording) return;
+  if (isRecording) {
+    qApp->installEventFilter(this);
+  } else {
+    qApp->removeEventFilter(this);
+  }
   describe();
   Q_EMIT isRecordingChanged(isRecording);
+}
+
+/// A press elsewhere ends the recording, also on what does not take the keyboard.
+bool HotkeyRecorderView::eventFilter(QObject* watched, QEvent* event) {
+  const bool isPressElsewhere =
+      event->type() == QEvent::MouseButtonPress && watched->isWidgetType() && watched != this;
+  if (isPressElsewhere) setRecording(false);
+  return QWidget::eventFilter(watched, event);
 }
 
 /// While recording every key is ours, also those that are shortcuts elsewhere or move the focus.
@@ -106,8 +120,9 @@ void HotkeyRecorderView::record(const QKeyEvent& event) {
   // A modifier alone has no position that can be recorded.
   if (!keyCode || modifiers == 0) return;
   currentConfig_ = {.keyCode = *keyCode, .modifiers = modifiers};
-  setRecording(false);
+  // First, or the old combination would be taken up again for a moment.
   Q_EMIT recorded(currentConfig_);
+  setRecording(false);
 }
 
 void HotkeyRecorderView::mousePressEvent(QMouseEvent* /*event*/) {
@@ -128,7 +143,7 @@ void HotkeyRecorderView::hideEvent(QHideEvent* event) {
 void HotkeyRecorderView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(palette::kOutline);
+  painter.setPen(palette::kSeparator);
   painter.setBrush(isRecording_ ? palette::kSelection : QColor(Qt::white));
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
   painter.setFont(font());

@@ -23,13 +23,14 @@ class HotkeyRecorderView final : public QWidget {
   [[nodiscard]] QSize sizeHint() const override;
 
  Q_SIGNALS:
-  /// The user has recorded this one.
+  /// The user has recorded this one; recording ends after that.
   void recorded(const zelnor::platform::HotkeyConfiguration& config);
   /// While one is recorded the registered one must not be heard.
   void isRecordingChanged(bool isRecording);
 
  protected:
   bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;

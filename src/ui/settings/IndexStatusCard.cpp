@@ -49,7 +49,7 @@ IndexStatusCard::IndexStatusCard(QWidget* parent)
     : QWidget(parent),
       dot_(new Dot(this)),
       state_(makeText({}, type::kHeadline, palette::kText, this, QFont::DemiBold)),
-      rebuild_(new FormButton({}, type::kDetail, this)),
+      rebuild_(new FormButton({}, type::kDetail, this, FormButton::Look::plain)),
       files_(new IndexStatRow(QStringLiteral(u"已索引文件"), this)),
       updated_(new IndexStatRow(QStringLiteral(u"上次更新"), this)),
       followed_(makeText({}, type::kDetail, palette::kSecondaryText, this)),

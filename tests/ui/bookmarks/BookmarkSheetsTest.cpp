@@ -1,5 +1,6 @@
 #include <optional>
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -88,6 +89,10 @@ TEST_F(BookmarkSheetsTest, SavesTheCapturedSearchInTheChosenCategory) {
   EXPECT_TRUE(shows(u"invoice"));
   EXPECT_EQ(picker().currentText(), QStringLiteral(u"未分类"));
   EXPECT_EQ(picker().itemText(1), QStringLiteral(u"R&D"));
+  const auto labels =
+      QAccessible::queryAccessibleInterface(&picker())->relations(QAccessible::Label);
+  ASSERT_EQ(labels.size(), 1);
+  EXPECT_EQ(labels[0].first->text(QAccessible::Name), QStringLiteral(u"分类"));
   picker().setCurrentIndex(1);
   press(u"保存");
   ask();

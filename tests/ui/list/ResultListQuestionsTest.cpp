@@ -12,6 +12,7 @@
 #include <QTest>
 
 #include "tests/ui/list/ListFixture.h"
+#include "ui/Alert.h"
 #include "ui/Sheet.h"
 #include "ui/list/RenameSheetView.h"
 #include "ui/list/TrashConfirmation.h"
@@ -158,6 +159,21 @@ TEST_F(ResultListQuestionsTest, ShowsNamesInQuestionsAsTheyAre) {
   confirmTrash({odd}, panel_, {});
   EXPECT_EQ(texts().front(), "将「<b>%1</b>&amp;␊⟨U+202E⟩.txt」移到废纸篓？");
   EXPECT_EQ(sheet()->findChild<QLabel*>()->textFormat(), Qt::PlainText);
+  sheet()->cancel();
+
+  // Where a line has to end within a name, and where a text is too long for an alert.
+  const QString pictures = QStringLiteral(u"😀").repeated(63);
+  odd.record.name = pictures.toStdString();
+  confirmTrash({odd}, panel_, {});
+  auto question = sheet()->findChild<QLabel*>()->text();
+  EXPECT_TRUE(question.contains(u'\u200B'));
+  EXPECT_TRUE(question.remove(u'\u200B').contains(pictures));
+  for (const auto* before : {u"", u"x"}) {
+    const auto* alert = new Alert(QString::fromUtf16(before) + pictures.repeated(4), {},
+                                  /*isWarning=*/true, panel_);
+    const auto text = alert->findChild<QLabel*>()->text();
+    EXPECT_TRUE(text.contains(u'…') && text.isValidUtf16());
+  }
 }
 
 TEST_F(ResultListQuestionsTest, AsksForANewName) {

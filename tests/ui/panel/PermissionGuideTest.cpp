@@ -93,6 +93,8 @@ TEST_F(PermissionGuideTest, NamesTheStepsInOrderAndKeepsItsButtonsInTheSmallestP
     EXPECT_TRUE(view_->rect().contains(place));
     EXPECT_EQ(found->visibleRegion().boundingRect(), found->rect());
   }
+  const auto* row = button(u"稍后设置")->parentWidget();
+  EXPECT_NEAR(row->childrenRect().center().x(), row->rect().center().x(), 1);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QRadioButton>
+#include <QScrollBar>
 
 #include "tests/ui/panel/PanelFixture.h"
 #include "ui/Alert.h"
@@ -120,12 +121,42 @@ TEST_F(SearchViewTest, WhatAnInputMethodHoldsIsNotSearchedFor) {
   waitForSearch();
   EXPECT_THAT(source_.searches, IsEmpty());
   EXPECT_TRUE(empty_->isVisible());
+  int closed = 0;
+  QObject::connect(view_.get(), &SearchView::closeRequested, [&] { ++closed; });
+  for (const auto key : {Qt::Key_Return, Qt::Key_Down, Qt::Key_Escape}) press(key);
+  EXPECT_EQ(closed, 0);
+  EXPECT_TRUE(field_->hasFocus());
   QInputMethodEvent chosen;
   chosen.setCommitString(QStringLiteral(u"报告"));
   QApplication::sendEvent(field_, &chosen);
   waitForSearch();
   ASSERT_EQ(source_.searches.size(), 1U);
   EXPECT_EQ(source_.searches.front().query.text, "报告");
+  press(Qt::Key_Down);
+  EXPECT_TRUE(rows_->hasFocus());
+}
+
+TEST_F(SearchViewTest, WhatIsComposedInTheListIsComposedInTheField) {
+  source_.matches = 3;
+  type(QStringLiteral("a"));
+  press(Qt::Key_Down);
+  ASSERT_TRUE(rows_->hasFocus());
+  QInputMethodQueryEvent query(Qt::ImEnabled | Qt::ImCursorRectangle);
+  QApplication::sendEvent(rows_, &query);
+  EXPECT_TRUE(query.value(Qt::ImEnabled).toBool());
+  const auto caret = query.value(Qt::ImCursorRectangle).toRect().center();
+  EXPECT_TRUE(
+      field_->rect().contains(field_->mapFrom(view_.get(), rows_->mapTo(view_.get(), caret))));
+
+  QInputMethodEvent composing(QStringLiteral("bao"), {});
+  QApplication::sendEvent(rows_, &composing);
+  EXPECT_TRUE(rows_->hasFocus());
+  EXPECT_EQ(model_.queryText(), "a");
+  QInputMethodEvent chosen;
+  chosen.setCommitString(QStringLiteral(u"报"));
+  QApplication::sendEvent(rows_, &chosen);
+  EXPECT_EQ(model_.queryText(), "a报");
+  EXPECT_TRUE(field_->hasFocus());
 }
 
 TEST_F(SearchViewTest, EscapeForgetsThePreviewThenCloses) {
@@ -206,6 +237,21 @@ TEST_F(SearchViewTest, FiltersAreChosenCountedAndReset) {
   field_->setText(QString());
   QTest::keyClicks(field_, QStringLiteral("r:"));
   EXPECT_TRUE(button(u"正则表达式")->isChecked());
+}
+
+TEST_F(SearchViewTest, FiltersAndBookmarksHaveRoomBesideEachOther) {
+  const auto* filters = find<FilterPanelView>();
+  view_->setShowsFilters(true);
+  view_->setShowsBookmarks(true);
+  settle();
+  EXPECT_EQ(filters->verticalScrollBar()->maximum(), 0);
+  view_->resize(SearchView::kSmallest);
+  settle();
+  const auto* add = button(u"新建书签");
+  const auto* category = button(u"新建分类");
+  EXPECT_GE(add->parentWidget()->height(), add->height());
+  EXPECT_GE(category->height(), category->sizeHint().height());
+  EXPECT_LE(category->mapTo(view_.get(), category->rect().bottomLeft()).y(), view_->height());
 }
 
 TEST_F(SearchViewTest, SavesTheSearchAsABookmark) {

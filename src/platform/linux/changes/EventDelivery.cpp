@@ -11,12 +11,16 @@ namespace {
 constexpr std::size_t kMaxEventsPerBatch = 10'000;
 constexpr std::size_t kManyPending = 5 * kMaxEventsPerBatch;
 
-/// Beside the flags that are delivered: the other names of the file were reported with it.
-constexpr std::uint32_t kNamesAreReported = 0x8000'0000;
+/// Beside the flags that are delivered: the change may concern the file's other names, and they are
+/// not reported yet.
+constexpr std::uint32_t kConcernsNames = 0x8000'0000;
 constexpr std::uint32_t kContentFlags =
     kFSEventStreamEventFlagItemModified | kFSEventStreamEventFlagItemInodeMetaMod;
 constexpr std::uint32_t kPresentFlags =
     kContentFlags | kFSEventStreamEventFlagItemCreated | kFSEventStreamEventFlagItemRenamed;
+/// Another entry may have come to the path.
+constexpr std::uint32_t kReplacedFlags =
+    kFSEventStreamEventFlagItemRemoved | kFSEventStreamEventFlagItemRenamed;
 
 /// What is in a folder that was reported so may not have been looked at.
 constexpr std::uint32_t kNoFolderFlags =
@@ -38,9 +42,7 @@ std::uint32_t goneFlags(std::uint32_t seen) {
   return wasRenamed ? kFSEventStreamEventFlagItemRenamed : kFSEventStreamEventFlagItemRemoved;
 }
 
-bool areNamesReported(const PendingChange& change) {
-  return (change.flags & kNamesAreReported) != 0;
-}
+bool concernsNames(const PendingChange& change) { return (change.flags & kConcernsNames) != 0; }
 
 std::uint64_t firstIdentifier(std::uint64_t sinceWhen) {
   return sinceWhen == kFSEventStreamEventIdSinceNow ? 0 : sinceWhen;
@@ -82,6 +84,10 @@ void EventDelivery::stop() {
 }
 
 void EventDelivery::changed(std::string path, std::uint32_t flags) {
+  collect(std::move(path), flags | kConcernsNames);
+}
+
+void EventDelivery::collect(std::string path, std::uint32_t flags) {
   if (!scope_.includes(path, EntryKind::unknown)) return;
   const std::scoped_lock lock(mutex_);
   if (isTooMuch_) return;
@@ -176,17 +182,19 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
   }
   if (state.presence == EntryState::Presence::gone) {
     if (!places_->isInPlace(change.path)) return std::nullopt;
-    reportNamesOfGone(change);
+    reportNamesOfFormer(change, /*present=*/std::nullopt);
     return goneFlags(change.flags);
+  }
+  if ((change.flags & kReplacedFlags) != 0) reportNamesOfFormer(change, state.attributes.inode);
+  // Whether it may be read or no longer: that goes for all names.
+  if (state.hasOtherNames && concernsNames(change)) {
+    reportOtherNames(change.path, state.attributes.inode);
   }
   // What a scan leaves out is not reported, unless something else was there before.
   if (!state.isReadable || !scope_.includes(change.path, kindOf(state.attributes))) {
     return removalIfKnown(change.path);
   }
   if (state.isFolder() && (change.flags & kNoFolderFlags) != 0) places_->foundFolder(change.path);
-  if (state.hasOtherNames && !areNamesReported(change)) {
-    reportOtherNames(change.path, state.attributes.inode);
-  }
   return presentFlags(change.flags, state.attributes);
 }
 
@@ -195,19 +203,19 @@ std::optional<std::uint32_t> EventDelivery::removalIfKnown(const std::string& pa
   return isUnknown ? std::nullopt : std::optional(kFSEventStreamEventFlagItemRemoved);
 }
 
-/// A file that was written and then lost this name may have others.
-void EventDelivery::reportNamesOfGone(const PendingChange& change) {
-  const bool wasWritten = (change.flags & kFSEventStreamEventFlagItemModified) != 0;
-  if (!index_ || !wasWritten || areNamesReported(change)) return;
-  const auto inode = index_->inodeOf(change.path, stop_.get_token());
-  if (inode) reportOtherNames(change.path, *inode);
+/// A file that was written, or whose permissions changed, and that lost this name then may have
+/// others. `present` is what has the name now.
+void EventDelivery::reportNamesOfFormer(const PendingChange& change,
+                                        std::optional<std::uint64_t> present) {
+  if (!index_ || (change.flags & kContentFlags) == 0 || !concernsNames(change)) return;
+  const auto former = index_->inodeOf(change.path, stop_.get_token());
+  if (former && former != present) reportOtherNames(change.path, *former);
 }
 
 void EventDelivery::reportOtherNames(const std::string& path, std::uint64_t inode) {
   if (!index_) return;
   for (auto& name : index_->pathsWithInode(inode, stop_.get_token())) {
-    if (name == path) continue;
-    changed(std::move(name), kFSEventStreamEventFlagItemModified | kNamesAreReported);
+    if (name != path) collect(std::move(name), kFSEventStreamEventFlagItemModified);
   }
 }
 

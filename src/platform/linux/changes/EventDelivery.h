@@ -63,6 +63,7 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
  private:
   using TimePoint = SerialQueue::TimePoint;
 
+  void collect(std::string path, std::uint32_t flags);
   void schedule();
   [[nodiscard]] TimePoint due() const;
   void deliver();
@@ -70,7 +71,7 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   std::optional<std::uint32_t> flagsOrLoss(const PendingChange& change);
   std::optional<std::uint32_t> flagsOf(const PendingChange& change);
   std::optional<std::uint32_t> removalIfKnown(const std::string& path);
-  void reportNamesOfGone(const PendingChange& change);
+  void reportNamesOfFormer(const PendingChange& change, std::optional<std::uint64_t> present);
   void reportOtherNames(const std::string& path, std::uint64_t inode);
 
   const StreamScope& scope_;

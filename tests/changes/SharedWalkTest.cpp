@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <mutex>
 #include <optional>
 #include <random>
@@ -47,6 +48,10 @@ class Meddler final : public FolderVisitor {
     meddle_("");
     next_.couldNotList(folder);
   }
+  void couldNotRead(const std::string& path, std::uint64_t inode) override {
+    meddle_("");
+    next_.couldNotRead(path, inode);
+  }
 
  private:
   FolderVisitor& next_;
@@ -58,9 +63,13 @@ class Noter final : public ReconcileVisitor {
  public:
   std::vector<std::string> listed;
   std::vector<std::string> unlisted;
+  std::vector<std::string> unread;
 
   void willList(const std::string& folder) override { listed.push_back(folder); }
   void couldNotList(const std::string& folder) override { unlisted.push_back(folder); }
+  void couldNotRead(const std::string& path, std::uint64_t /*inode*/) override {
+    unread.push_back(path);
+  }
   void differs(std::string /*path*/, std::uint32_t /*flags*/) override {}
   void foundFolder(const std::string& /*path*/) override {}
 };
@@ -112,7 +121,7 @@ class WalkedStream : public testing::TestWithParam<ChangeSourceKind> {
     scan(std::make_shared<Meddler>(*stream, std::move(meddle)));
   }
 
-  /// Starts the stream; answers what it says of the folders that it follows then, and ends it.
+  /// Starts the stream; answers what it says of the folders once it follows them.
   std::string lineAfterStart() {
     EXPECT_TRUE(stream->start());
     std::string line;
@@ -121,7 +130,6 @@ class WalkedStream : public testing::TestWithParam<ChangeSourceKind> {
       if (!log.empty()) line = std::exchange(log, {}).front();
       return !line.empty();
     }));
-    stream->invalidate();
     return line;
   }
 
@@ -226,6 +234,43 @@ TEST_P(WalkedStream, TellsOfAFolderThatWasClosedJustWhileTheWalkCameToIt) {
   EXPECT_EQ(differenceLeft(), "");
 }
 
+TEST_P(WalkedStream, TellsOfAFileThatMayBeReadAgainUnderAllItsNames) {
+  const auto file = base.file("one/file");
+  const auto other = base / "two/other";
+  fs::create_hard_link(file, other);
+  fs::permissions(file, fs::perms::none);
+  const auto closeAndOpenBy = [&](const std::string& name) {
+    fs::permissions(name, fs::perms::none);
+    EXPECT_EQ(differenceLeft(), "");
+    fs::permissions(name, fs::perms::owner_read);
+    EXPECT_EQ(differenceLeft(), "");
+  };
+  scanListening([](const std::string&) {});
+  ASSERT_NE(lineAfterStart(), "");
+  fs::permissions(other, fs::perms::owner_read);
+  EXPECT_EQ(differenceLeft(), "");
+  closeAndOpenBy(file);
+  fs::permissions(other, fs::perms::none);
+  EXPECT_EQ(differenceLeft(), "");
+
+  // Another stream finds them hidden when it walks itself.
+  create();
+  ASSERT_NE(lineAfterStart(), "");
+  fs::permissions(file, fs::perms::owner_read);
+  EXPECT_EQ(differenceLeft(), "");
+  fs::permissions(other, fs::perms::none);
+  EXPECT_EQ(differenceLeft(), "");
+  // Nobody looks before the name is gone.
+  std::promise<void> done;
+  queue.post([&] {
+    fs::permissions(file, fs::perms::owner_read);
+    fs::remove(file);
+    done.set_value();
+  });
+  done.get_future().wait();
+  EXPECT_EQ(differenceLeft(), "");
+}
+
 TEST_P(WalkedStream, ComparesWhenTooMuchHappened) {
   options.maxCollected = 10;
   base.file("one/gone/file");
@@ -278,6 +323,8 @@ TEST(SharedWalk, AScanTellsOfTheFoldersThatAComparisonTellsOf) {
   fs::permissions(tree.folder("closed"), fs::perms::owner_write);
   fs::permissions(tree.folder("listed only"), fs::perms::owner_read);
   for (const char* name : {"no/x", "not/x", "only/x", "a.app/in/x", ".h/in/x"}) tree.file(name);
+  fs::create_hard_link(tree.file("hidden"), tree / "only/hidden");
+  fs::permissions(tree / "hidden", fs::perms::none);
   const std::vector<IndexConfiguration> configs{{.excludedPaths = {}, .skipPackageContents = false},
                                                 {.excludedPaths = {tree / "no", tree / "only/"},
                                                  .skipHiddenFiles = true,
@@ -299,6 +346,8 @@ TEST(SharedWalk, AScanTellsOfTheFoldersThatAComparisonTellsOf) {
     main.await(walk.wait());
     EXPECT_EQ(scanned->listed, compared.listed);
     EXPECT_EQ(scanned->unlisted, compared.unlisted);
+    EXPECT_EQ(scanned->unread, compared.unread);
+    EXPECT_THAT(scanned->unread, testing::Contains(tree / "hidden"));
     EXPECT_GT(scanned->listed.size(), 50);
     EXPECT_FALSE(scanned->unlisted.empty());
   }

@@ -100,6 +100,12 @@ void EventDelivery::collect(std::string path, std::uint32_t flags) {
   schedule();
 }
 
+/// Noted first and then looked at again, so that no change of permissions slips in between.
+void EventDelivery::couldNotRead(const std::string& path, std::uint64_t inode) {
+  hidden_.add(path, inode);
+  if (examine(path).isReadable) changed(path, kFSEventStreamEventFlagItemInodeMetaMod);
+}
+
 void EventDelivery::announce(std::string path, std::uint32_t flags) {
   const std::scoped_lock lock(mutex_);
   announcements_.push_back({.path = std::move(path), .flags = flags});
@@ -190,6 +196,9 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
   if (state.hasOtherNames && concernsNames(change)) {
     reportOtherNames(change.path, state.attributes.inode);
   }
+  if (state.hasOtherNames && !state.isReadable) {
+    couldNotRead(change.path, state.attributes.inode);
+  }
   // What a scan leaves out is not reported, unless something else was there before.
   if (!state.isReadable || !scope_.includes(change.path, kindOf(state.attributes))) {
     return removalIfKnown(change.path);
@@ -208,14 +217,18 @@ std::optional<std::uint32_t> EventDelivery::removalIfKnown(const std::string& pa
 void EventDelivery::reportNamesOfFormer(const PendingChange& change,
                                         std::optional<std::uint64_t> present) {
   if (!index_ || (change.flags & kContentFlags) == 0 || !concernsNames(change)) return;
-  const auto former = index_->inodeOf(change.path, stop_.get_token());
+  auto former = index_->inodeOf(change.path, stop_.get_token());
+  if (!former) former = hidden_.inodeOf(change.path);
   if (former && former != present) reportOtherNames(change.path, *former);
 }
 
 void EventDelivery::reportOtherNames(const std::string& path, std::uint64_t inode) {
   if (!index_) return;
-  for (auto& name : index_->pathsWithInode(inode, stop_.get_token())) {
-    if (name != path) collect(std::move(name), kFSEventStreamEventFlagItemModified);
+  for (const auto& names :
+       {index_->pathsWithInode(inode, stop_.get_token()), hidden_.take(inode)}) {
+    for (const auto& name : names) {
+      if (name != path) collect(name, kFSEventStreamEventFlagItemModified);
+    }
   }
 }
 

@@ -15,6 +15,7 @@
 #include "platform/linux/changes/EntryState.h"
 #include "platform/linux/changes/EventCoalescer.h"
 #include "platform/linux/changes/EventIdentifiers.h"
+#include "platform/linux/changes/HiddenNames.h"
 #include "platform/linux/changes/StreamScope.h"
 
 namespace zelnor::platform {
@@ -55,6 +56,8 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   /// Something about the entry at `path` changed. Whoever saw that it left, or that it is no
   /// folder, says so (ItemRemoved, ItemIsFile). Out of scope: ignored. Thread-safe, never waits.
   void changed(std::string path, std::uint32_t flags);
+  /// The file at `path`, which has other names, could not be read. Looks at it again; thread-safe.
+  void couldNotRead(const std::string& path, std::uint64_t inode);
   /// Reports `path` with exactly these flags. Thread-safe, never waits.
   void announce(std::string path, std::uint32_t flags);
   /// Waits while many changes wait for delivery; for those who produce them faster than they go.
@@ -80,6 +83,7 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   const std::size_t maxCollected_;
   const bool isDeferred_;
   const ChangeStream::Callback callback_;
+  HiddenNames hidden_;
   EventIdentifiers identifiers_;  ///< used on the queue
   PlaceKeeper* places_ = nullptr;
 

@@ -120,9 +120,9 @@ void FSEventsMonitor::couldNotList(const std::string& folder) {
   if (stream_ && !isRunning_) stream_->couldNotList(folder);
 }
 
-void FSEventsMonitor::couldNotRead(const std::string& path, std::uint64_t inode) {
+void FSEventsMonitor::foundName(const std::string& path, std::uint64_t inode) {
   const std::scoped_lock lock(lock_);
-  if (stream_ && !isRunning_) stream_->couldNotRead(path, inode);
+  if (stream_ && !isRunning_) stream_->foundName(path, inode);
 }
 
 /// With the lock held.

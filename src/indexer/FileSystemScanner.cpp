@@ -80,9 +80,9 @@ class Announcer {
     // Looked at again: it may have changed before anybody followed it.
     if (const auto attributes = platform::readAttributes(path)) entry.attributes = *attributes;
   }
-  void leaveOut(const DirectoryEnumerator::Entry& entry) const {
+  void passName(const DirectoryEnumerator::Entry& entry) const {
     if (visitor_ == nullptr || !entry.hasOtherNames) return;
-    visitor_->couldNotRead(std::string(entry.path), entry.attributes.inode);
+    visitor_->foundName(std::string(entry.path), entry.attributes.inode);
   }
   void passUnlisted(DirectoryEnumerator& entries) const {
     if (visitor_ == nullptr) return;
@@ -109,11 +109,8 @@ void walkRoot(const std::string& root, const IndexConfiguration& config,
       continue;
     }
     announcer.enter(*entry);
-    if (!entry->isReadable) {
-      announcer.leaveOut(*entry);
-      continue;
-    }
-    if (config.skipSymlinks && entry->attributes.isSymlink) continue;
+    announcer.passName(*entry);
+    if (!entry->isReadable || (config.skipSymlinks && entry->attributes.isSymlink)) continue;
     batcher.add(
         FileRecord::from(std::string(entry->name), std::string(entry->path), entry->attributes));
   }

@@ -128,8 +128,9 @@ class ChangeStream : public FolderVisitor {
   /// Between `listen` and `start`, on any thread: what is in this folder is not known, and told
   /// when it can be.
   void couldNotList(const std::string& folder) override = 0;
-  /// Between `listen` and `start`, on any thread: told when it can be read.
-  void couldNotRead(const std::string& path, std::uint64_t inode) override = 0;
+  /// Between `listen` and `start`, on any thread: its other names are told when it changes, also if
+  /// it just has, and it is when it can be read.
+  void foundName(const std::string& path, std::uint64_t inode) override = 0;
 
   /// Ends listening and delivery. When it returns no callback runs and none follows. Not to be
   /// called by a callback.

@@ -29,7 +29,7 @@ class DirectoryEnumerator {
     std::string_view name;  ///< last component of `path`
     FileAttributes attributes;
     bool isReadable = true;      ///< by the current user; for a link: the link itself
-    bool hasOtherNames = false;  ///< a file with several hard links
+    bool hasOtherNames = false;  ///< several hard links; not a folder
   };
 
   /// Nothing if `root` is not a folder or cannot be opened. `root` itself is not enumerated; it may

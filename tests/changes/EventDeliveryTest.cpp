@@ -171,6 +171,15 @@ TEST_F(EventDeliveryTest, AFileThatChangedAndLostItsNameIsReportedUnderItsOtherN
   EXPECT_FALSE(delivered("another file"));
 }
 
+TEST_F(EventDeliveryTest, AFolderWhereAFileHadItsOtherNameIsLookedInto) {
+  index->inodes = {{root / "gone", 7}, {root / "other", 7}};
+  root.folder("other");
+  for (const auto* name : {"gone", "something else"}) {
+    flagsFor(name, kFSEventStreamEventFlagItemModified);
+  }
+  EXPECT_THAT(places.found, ElementsAre(root / "other"));
+}
+
 TEST_F(EventDeliveryTest, EveryChangeOfAFileIsReportedUnderItsOtherNames) {
   const auto inode = linkTwice();
   index->inodes = {{root / "a", inode}, {root / "b", inode}};

@@ -65,7 +65,7 @@ class FakeStream final : public ChangeStream {
   bool listen() override { return starts_; }
   void willList(const std::string& folder) override { callback_(eventOf(folder)); }
   void couldNotList(const std::string& folder) override { callback_(eventOf(folder)); }
-  void couldNotRead(const std::string& path, std::uint64_t /*inode*/) override {
+  void foundName(const std::string& path, std::uint64_t /*inode*/) override {
     callback_(eventOf(path));
   }
   bool start() override {
@@ -153,7 +153,7 @@ TEST(FSEventsMonitor, PassesOnWhatAWalkTellsOnlyWhileItListens) {
   const auto tell = [&monitor](const std::string& when) {
     monitor.willList("/" + when);
     monitor.couldNotList("/not " + when);
-    monitor.couldNotRead("/hidden " + when, 1);
+    monitor.foundName("/named " + when, 1);
   };
   EXPECT_FALSE(monitor.listen({}, 1));
   EXPECT_FALSE(monitor.listen({"/r"}, 1)) << "the stream does not";
@@ -170,7 +170,7 @@ TEST(FSEventsMonitor, PassesOnWhatAWalkTellsOnlyWhileItListens) {
     std::unique_lock lock(mutex);
     ASSERT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return items.size() > 3; }));
     EXPECT_THAT(items,
-                testing::ElementsAre("/listening", "/not listening", "/hidden listening", "/a"));
+                testing::ElementsAre("/listening", "/not listening", "/named listening", "/a"));
   }
   monitor.stop();
   EXPECT_TRUE(monitor.listen({"/r"}, 1));

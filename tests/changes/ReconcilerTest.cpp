@@ -88,7 +88,6 @@ class ReconcilerOnDisk : public testing::Test, private ReconcileVisitor {
   std::vector<std::string> listed;
   std::vector<std::string> found;
   std::vector<std::string> unlisted;
-  std::vector<std::string> unread;
 
  private:
   [[nodiscard]] std::string shorten(const std::string& path) const {
@@ -100,9 +99,7 @@ class ReconcilerOnDisk : public testing::Test, private ReconcileVisitor {
     inOrder.push_back(shorten(path));
   }
   void couldNotList(const std::string& folder) override { unlisted.push_back(shorten(folder)); }
-  void couldNotRead(const std::string& path, std::uint64_t /*inode*/) override {
-    unread.push_back(shorten(path));
-  }
+  void foundName(const std::string& /*path*/, std::uint64_t /*inode*/) override {}
   void foundFolder(const std::string& path) override { found.push_back(shorten(path)); }
 };
 

@@ -37,7 +37,7 @@ FileAttributes attributesFrom(const struct statx& status) {
 }
 
 bool hasOtherNames(const struct statx& status) {
-  return S_ISREG(status.stx_mode) && status.stx_nlink > 1;
+  return !S_ISDIR(status.stx_mode) && status.stx_nlink > 1;
 }
 
 }  // namespace zelnor::platform

@@ -17,7 +17,7 @@ std::optional<struct statx> readStatus(int folder, const char* name);
 std::optional<struct statx> readStatus(int descriptor);
 
 FileAttributes attributesFrom(const struct statx& status);
-/// Whether it is a file with several hard links.
+/// Whether it has several hard links; a folder has none, a symbolic link may.
 bool hasOtherNames(const struct statx& status);
 
 }  // namespace zelnor::platform

@@ -1,6 +1,7 @@
 #include "platform/linux/changes/EventDelivery.h"
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <utility>
 
@@ -21,6 +22,10 @@ constexpr std::uint32_t kPresentFlags =
 /// Another entry may have come to the path.
 constexpr std::uint32_t kReplacedFlags =
     kFSEventStreamEventFlagItemRemoved | kFSEventStreamEventFlagItemRenamed;
+
+/// A name of a file of several; should there be a folder now, it is to be looked into.
+constexpr std::uint32_t kChangedFile =
+    kFSEventStreamEventFlagItemModified | kFSEventStreamEventFlagItemIsFile;
 
 /// What is in a folder that was reported so may not have been looked at.
 constexpr std::uint32_t kNoFolderFlags =
@@ -44,6 +49,13 @@ std::uint32_t goneFlags(std::uint32_t seen) {
 
 bool concernsNames(const PendingChange& change) { return (change.flags & kConcernsNames) != 0; }
 
+/// Nanoseconds since 1970, less what the clocks of file systems are behind.
+std::int64_t justNow() {
+  using namespace std::chrono;
+  const auto time = system_clock::now() - seconds(1);
+  return duration_cast<nanoseconds>(time.time_since_epoch()).count();
+}
+
 std::uint64_t firstIdentifier(std::uint64_t sinceWhen) {
   return sinceWhen == kFSEventStreamEventIdSinceNow ? 0 : sinceWhen;
 }
@@ -56,6 +68,7 @@ EventDelivery::EventDelivery(const ChangeStreamOptions& options, const StreamSco
       index_(options.index),
       latency_(std::chrono::duration_cast<std::chrono::steady_clock::duration>(options.latency)),
       maxCollected_(options.maxCollected),
+      began_(justNow()),
       isDeferred_((options.flags & kFSEventStreamCreateFlagNoDefer) == 0),
       callback_(std::move(callback)),
       identifiers_(options.stateFolder, firstIdentifier(options.sinceWhen)) {}
@@ -100,10 +113,19 @@ void EventDelivery::collect(std::string path, std::uint32_t flags) {
   schedule();
 }
 
+void EventDelivery::foundName(const std::string& path, std::uint64_t inode) {
+  const auto state = examine(path);
+  if (state.statusChange >= began_) {
+    changed(path, kChangedFile);
+  } else if (state.isPresent() && !state.isReadable) {
+    hide(path, inode);
+  }
+}
+
 /// Noted first and then looked at again, so that no change of permissions slips in between.
-void EventDelivery::couldNotRead(const std::string& path, std::uint64_t inode) {
+void EventDelivery::hide(const std::string& path, std::uint64_t inode) {
   hidden_.add(path, inode);
-  if (examine(path).isReadable) changed(path, kFSEventStreamEventFlagItemInodeMetaMod);
+  if (examine(path).isReadable) changed(path, kChangedFile);
 }
 
 void EventDelivery::announce(std::string path, std::uint32_t flags) {
@@ -196,9 +218,7 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
   if (state.hasOtherNames && concernsNames(change)) {
     reportOtherNames(change.path, state.attributes.inode);
   }
-  if (state.hasOtherNames && !state.isReadable) {
-    couldNotRead(change.path, state.attributes.inode);
-  }
+  if (state.hasOtherNames && !state.isReadable) hide(change.path, state.attributes.inode);
   // What a scan leaves out is not reported, unless something else was there before.
   if (!state.isReadable || !scope_.includes(change.path, kindOf(state.attributes))) {
     return removalIfKnown(change.path);
@@ -227,7 +247,7 @@ void EventDelivery::reportOtherNames(const std::string& path, std::uint64_t inod
   for (const auto& names :
        {index_->pathsWithInode(inode, stop_.get_token()), hidden_.take(inode)}) {
     for (const auto& name : names) {
-      if (name != path) collect(name, kFSEventStreamEventFlagItemModified);
+      if (name != path) collect(name, kChangedFile);
     }
   }
 }

@@ -56,8 +56,8 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   /// Something about the entry at `path` changed. Whoever saw that it left, or that it is no
   /// folder, says so (ItemRemoved, ItemIsFile). Out of scope: ignored. Thread-safe, never waits.
   void changed(std::string path, std::uint32_t flags);
-  /// The file at `path`, which has other names, could not be read. Looks at it again; thread-safe.
-  void couldNotRead(const std::string& path, std::uint64_t inode);
+  /// A walk found the file at `path`, which has other names. Looks at it; thread-safe.
+  void foundName(const std::string& path, std::uint64_t inode);
   /// Reports `path` with exactly these flags. Thread-safe, never waits.
   void announce(std::string path, std::uint32_t flags);
   /// Waits while many changes wait for delivery; for those who produce them faster than they go.
@@ -67,6 +67,7 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   using TimePoint = SerialQueue::TimePoint;
 
   void collect(std::string path, std::uint32_t flags);
+  void hide(const std::string& path, std::uint64_t inode);
   void schedule();
   [[nodiscard]] TimePoint due() const;
   void deliver();
@@ -81,6 +82,7 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   const std::shared_ptr<IndexView> index_;
   const std::chrono::steady_clock::duration latency_;
   const std::size_t maxCollected_;
+  const std::int64_t began_;  ///< nanoseconds since 1970
   const bool isDeferred_;
   const ChangeStream::Callback callback_;
   HiddenNames hidden_;

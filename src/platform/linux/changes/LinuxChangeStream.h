@@ -45,8 +45,8 @@ class LinuxChangeStream final : public ChangeStream,
   bool listen() override;
   void willList(const std::string& folder) override;
   void couldNotList(const std::string& folder) override;
-  void couldNotRead(const std::string& path, std::uint64_t inode) override {
-    delivery_->couldNotRead(path, inode);
+  void foundName(const std::string& path, std::uint64_t inode) override {
+    delivery_->foundName(path, inode);
   }
   bool start() override;
   void stop() override;

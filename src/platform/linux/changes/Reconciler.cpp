@@ -100,7 +100,7 @@ class Merge {
     // A scan records only what can be read.
     if (!entry.isReadable) {
       if (entry.hasOtherNames) {
-        visitor_.couldNotRead(std::string(entry.path), entry.attributes.inode);
+        visitor_.foundName(std::string(entry.path), entry.attributes.inode);
       }
       if (isKnown) reportMissing();
     } else if (!isKnown) {
@@ -167,8 +167,8 @@ class MoveVisitor final : public ReconcileVisitor {
 
   void willList(const std::string& folder) override { visitor_.willList(folder); }
   void couldNotList(const std::string& folder) override { visitor_.couldNotList(folder); }
-  void couldNotRead(const std::string& path, std::uint64_t inode) override {
-    visitor_.couldNotRead(path, inode);
+  void foundName(const std::string& path, std::uint64_t inode) override {
+    visitor_.foundName(path, inode);
   }
   void foundFolder(const std::string& path) override { visitor_.foundFolder(path); }
   void differs(std::string path, std::uint32_t flags) override {

@@ -211,6 +211,7 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
   if (state.presence == EntryState::Presence::gone) {
     if (!places_->isInPlace(change.path)) return std::nullopt;
     reportNamesOfFormer(change, /*present=*/std::nullopt);
+    hidden_.forget(change.path);
     return goneFlags(change.flags);
   }
   if ((change.flags & kReplacedFlags) != 0) reportNamesOfFormer(change, state.attributes.inode);
@@ -218,7 +219,11 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
   if (state.hasOtherNames && concernsNames(change)) {
     reportOtherNames(change.path, state.attributes.inode);
   }
-  if (state.hasOtherNames && !state.isReadable) hide(change.path, state.attributes.inode);
+  if (state.hasOtherNames && !state.isReadable) {
+    hide(change.path, state.attributes.inode);
+  } else {
+    hidden_.forget(change.path);
+  }
   // What a scan leaves out is not reported, unless something else was there before.
   if (!state.isReadable || !scope_.includes(change.path, kindOf(state.attributes))) {
     return removalIfKnown(change.path);
@@ -245,7 +250,7 @@ void EventDelivery::reportNamesOfFormer(const PendingChange& change,
 void EventDelivery::reportOtherNames(const std::string& path, std::uint64_t inode) {
   if (!index_) return;
   for (const auto& names :
-       {index_->pathsWithInode(inode, stop_.get_token()), hidden_.take(inode)}) {
+       {index_->pathsWithInode(inode, stop_.get_token()), hidden_.namesOf(inode)}) {
     for (const auto& name : names) {
       if (name != path) collect(name, kChangedFile);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -15,17 +16,20 @@ namespace zelnor::platform {
 /// may be gone. Thread-safe.
 class HiddenNames {
  public:
+  /// In place of what `path` was added with before.
   void add(const std::string& path, std::uint64_t inode);
+  void forget(const std::string& path);
   /// The inode number that `path` was added with.
   [[nodiscard]] std::optional<std::uint64_t> inodeOf(const std::string& path) const;
-  /// All names of this inode number (on any device), which are forgotten.
-  std::vector<std::string> take(std::uint64_t inode);
+  /// All names of this inode number (on any device).
+  [[nodiscard]] std::vector<std::string> namesOf(std::uint64_t inode) const;
 
  private:
-  using Name = std::pair<std::uint64_t, std::string>;
+  void erase(const std::string& path);
 
   mutable std::mutex mutex_;
-  std::set<Name> names_;
+  std::map<std::string, std::uint64_t> inodes_;
+  std::set<std::pair<std::uint64_t, std::string>> names_;  ///< the same by inode number
 };
 
 }  // namespace zelnor::platform

@@ -1,6 +1,8 @@
 #include "indexer/DatabaseIndexView.h"
 
+#include <algorithm>
 #include <bit>
+#include <iterator>
 #include <utility>
 
 namespace zelnor {
@@ -82,7 +84,10 @@ std::vector<std::string> DatabaseIndexView::pathsWithInode(std::uint64_t inode,
                                                            std::stop_token stop) {
   gate_->waitForHandedOver(stop);
   const std::scoped_lock lock(mutex_);
-  return reader_.pathsWithInode(FileKind::file, std::bit_cast<std::int64_t>(inode));
+  const auto number = std::bit_cast<std::int64_t>(inode);
+  auto paths = reader_.pathsWithInode(FileKind::file, number);
+  std::ranges::move(reader_.pathsWithInode(FileKind::symlink, number), std::back_inserter(paths));
+  return paths;
 }
 
 std::vector<std::string> DatabaseIndexView::foldersWithInode(std::uint64_t inode) {

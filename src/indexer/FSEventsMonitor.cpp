@@ -120,6 +120,11 @@ void FSEventsMonitor::couldNotList(const std::string& folder) {
   if (stream_ && !isRunning_) stream_->couldNotList(folder);
 }
 
+void FSEventsMonitor::foundName(const std::string& path, std::uint64_t inode) {
+  const std::scoped_lock lock(lock_);
+  if (stream_ && !isRunning_) stream_->foundName(path, inode);
+}
+
 /// With the lock held.
 void FSEventsMonitor::open(const std::vector<std::string>& paths, std::uint64_t sinceWhen) {
   if (paths.empty()) return;

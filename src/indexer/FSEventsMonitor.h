@@ -82,9 +82,11 @@ class FSEventsMonitor final : public platform::FolderVisitor {
   /// Whether it was started; one that only listens does not run.
   [[nodiscard]] bool isRunning() const;
 
-  /// The walk comes to this folder, or could not list it. No effect unless the monitor listens.
+  /// The walk comes to this folder, could not list it, or finds a file of several names. No effect
+  /// unless the monitor listens.
   void willList(const std::string& folder) override;
   void couldNotList(const std::string& folder) override;
+  void foundName(const std::string& path, std::uint64_t inode) override;
 
  private:
   void open(const std::vector<std::string>& paths, std::uint64_t sinceWhen);

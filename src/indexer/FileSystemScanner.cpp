@@ -80,6 +80,10 @@ class Announcer {
     // Looked at again: it may have changed before anybody followed it.
     if (const auto attributes = platform::readAttributes(path)) entry.attributes = *attributes;
   }
+  void passName(const DirectoryEnumerator::Entry& entry) const {
+    if (visitor_ == nullptr || !entry.hasOtherNames) return;
+    visitor_->foundName(std::string(entry.path), entry.attributes.inode);
+  }
   void passUnlisted(DirectoryEnumerator& entries) const {
     if (visitor_ == nullptr) return;
     for (const auto& folder : entries.takeUnlisted()) visitor_->couldNotList(folder);
@@ -105,6 +109,7 @@ void walkRoot(const std::string& root, const IndexConfiguration& config,
       continue;
     }
     announcer.enter(*entry);
+    announcer.passName(*entry);
     if (!entry->isReadable || (config.skipSymlinks && entry->attributes.isSymlink)) continue;
     batcher.add(
         FileRecord::from(std::string(entry->name), std::string(entry->path), entry->attributes));

@@ -98,8 +98,9 @@ struct ChangeStreamOptions {
 ///   is not reported; neither is what is out of scope.
 ///
 /// What the kernel does not tell: writes through a memory mapping until the file is closed, and
-/// changes that other machines make on a network file system; sweeping finds these. A write through
-/// one name of a file that has several is reported for the names that the index knows.
+/// changes that other machines make on a network file system; sweeping finds these. A change
+/// through one name of a file that has several is reported for the names that the index knows, and
+/// those that it lacks because the file could not be read.
 ///
 /// Thread-safe. Batches hold at most 10,000 events and are delivered one at a time on the queue
 /// that the stream is attached to, in order of their identifiers, without any lock held.
@@ -127,6 +128,9 @@ class ChangeStream : public FolderVisitor {
   /// Between `listen` and `start`, on any thread: what is in this folder is not known, and told
   /// when it can be.
   void couldNotList(const std::string& folder) override = 0;
+  /// Between `listen` and `start`, on any thread: its other names are told when it changes, also if
+  /// it just has, and it is when it can be read.
+  void foundName(const std::string& path, std::uint64_t inode) override = 0;
 
   /// Ends listening and delivery. When it returns no callback runs and none follows. Not to be
   /// called by a callback.

@@ -28,7 +28,8 @@ class DirectoryEnumerator {
     std::string_view path;  ///< absolute; valid until the next call
     std::string_view name;  ///< last component of `path`
     FileAttributes attributes;
-    bool isReadable = true;  ///< by the current user; for a link: the link itself
+    bool isReadable = true;      ///< by the current user; for a link: the link itself
+    bool hasOtherNames = false;  ///< several hard links; not a folder
   };
 
   /// Nothing if `root` is not a folder or cannot be opened. `root` itself is not enumerated; it may

@@ -52,8 +52,8 @@ class IndexView {
   /// know the path.
   virtual std::optional<std::uint64_t> inodeOf(const std::string& path, std::stop_token stop) = 0;
 
-  /// The paths of the files with this inode number (on any device): the names of one file that has
-  /// several.
+  /// The paths of the files and links with this inode number (on any device): the names of one that
+  /// has several.
   virtual std::vector<std::string> pathsWithInode(std::uint64_t inode, std::stop_token stop) = 0;
 
   /// The paths of the folders with this inode number (on any device), as they are in the index now.

@@ -1,6 +1,10 @@
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <condition_variable>
+#include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <vector>
@@ -9,8 +13,10 @@
 #include <gtest/gtest.h>
 
 #include "platform/SerialQueue.h"
+#include "platform/linux/changes/EntryState.h"
 #include "platform/linux/changes/EventDelivery.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Unprivileged.h"
 
 namespace zelnor::platform {
 namespace {
@@ -76,6 +82,14 @@ class EventDeliveryTest : public testing::Test {
   const test::TemporaryFolder state;
   Places places;
   const std::shared_ptr<Files> index = std::make_shared<Files>();
+  std::function<void(std::span<const ChangeEvent>)> onBatch;  ///< set before the first change
+
+  /// Makes the file "a", which is called "b" as well; answers its inode number.
+  [[nodiscard]] std::uint64_t linkTwice() const {
+    root.file("a");
+    std::filesystem::create_hard_link(root / "a", root / "b");
+    return examine(root / "a").attributes.inode;
+  }
 
   /// The flags that were delivered for `name`; none if nothing was.
   std::optional<std::uint32_t> delivered(const std::string& name) {
@@ -93,6 +107,7 @@ class EventDeliveryTest : public testing::Test {
     return options;
   }
   void collect(std::span<const ChangeEvent> batch) {
+    if (onBatch) onBatch(batch);
     const std::scoped_lock lock(mutex);
     for (const auto& event : batch) events[event.path] = event.flags;
     arrived.notify_all();
@@ -104,6 +119,8 @@ class EventDeliveryTest : public testing::Test {
   std::map<std::string, std::uint32_t> events;
   int markers = 0;
   SerialQueue queue{"test"};
+
+ protected:
   const std::shared_ptr<EventDelivery> delivery = std::make_shared<EventDelivery>(
       options(), scope, [this](std::span<const ChangeEvent> batch) { collect(batch); });
 };
@@ -129,14 +146,65 @@ TEST_F(EventDeliveryTest, AFolderWhereAnotherThingWasSeenIsLookedInto) {
   EXPECT_THAT(places.found, ElementsAre(root / "seen as file", root / "seen to leave"));
 }
 
-TEST_F(EventDeliveryTest, AFileThatWasWrittenAndLostItsNameIsReportedUnderItsOtherNames) {
-  index->inodes = {{root / "gone", 7}, {root / "other", 7}, {root / "another file", 8}};
-  for (const auto* name : {"other", "another file"}) root.file(name);
-  EXPECT_EQ(flagsFor("gone", kFSEventStreamEventFlagItemModified),
-            kFSEventStreamEventFlagItemRemoved);
-  EXPECT_TRUE(flagsFor("never known", kFSEventStreamEventFlagItemModified));
-  EXPECT_TRUE(delivered("other"));
+TEST_F(EventDeliveryTest, AFileThatChangedAndLostItsNameIsReportedUnderItsOtherNames) {
+  constexpr auto kWritten = kFSEventStreamEventFlagItemModified;
+  constexpr auto kPermitted = kFSEventStreamEventFlagItemInodeMetaMod;
+  constexpr auto kReplaced = kFSEventStreamEventFlagItemRenamed;
+  for (const auto* name :
+       {"by writing", "by permissions", "by writing what was replaced", "another file", "new"}) {
+    root.file(name);
+  }
+  index->inodes = {{root / "written", 7},
+                   {root / "by writing", 7},
+                   {root / "another file", 8},
+                   {root / "permitted", 9},
+                   {root / "by permissions", 9},
+                   {root / "new", 10},
+                   {root / "by writing what was replaced", 10}};
+  EXPECT_EQ(flagsFor("written", kWritten), kFSEventStreamEventFlagItemRemoved);
+  EXPECT_TRUE(flagsFor("permitted", kPermitted));
+  EXPECT_TRUE(flagsFor("new", kWritten | kReplaced));
+  EXPECT_TRUE(flagsFor("never known", kWritten));
+  for (const auto* name : {"by writing", "by permissions", "by writing what was replaced"}) {
+    EXPECT_TRUE(delivered(name)) << name;
+  }
   EXPECT_FALSE(delivered("another file"));
+}
+
+TEST_F(EventDeliveryTest, AFolderWhereAFileHadItsOtherNameIsLookedInto) {
+  index->inodes = {{root / "gone", 7}, {root / "other", 7}};
+  root.folder("other");
+  for (const auto* name : {"gone", "something else"}) {
+    flagsFor(name, kFSEventStreamEventFlagItemModified);
+  }
+  EXPECT_THAT(places.found, ElementsAre(root / "other"));
+}
+
+TEST_F(EventDeliveryTest, EveryChangeOfAFileIsReportedUnderItsOtherNames) {
+  const auto inode = linkTwice();
+  index->inodes = {{root / "a", inode}, {root / "b", inode}};
+  int times = 0;
+  onBatch = [&](std::span<const ChangeEvent> batch) {
+    if (std::ranges::count(batch, root / "a", &ChangeEvent::path) == 0) return;
+    // Just when "b" waits to be reported because "a" was.
+    if (++times == 1) delivery->changed(root / "b", kFSEventStreamEventFlagItemModified);
+  };
+  for (const auto* name : {"a", "something else", "and more"}) {
+    flagsFor(name, kFSEventStreamEventFlagItemModified);
+  }
+  EXPECT_EQ(times, 2);
+}
+
+TEST_F(EventDeliveryTest, AFileThatMayNotBeReadIsReportedUnderItsOtherNamesToo) {
+  ::chmod(root.path().c_str(), 0777);
+  const test::Unprivileged user;
+  const auto inode = linkTwice();
+  index->inodes = {{root / "a", inode}, {root / "b", inode}};
+  ::chmod((root / "a").c_str(), 0);
+  EXPECT_EQ(flagsFor("a", kFSEventStreamEventFlagItemInodeMetaMod),
+            kFSEventStreamEventFlagItemRemoved);
+  flagsFor("something else", kFSEventStreamEventFlagItemModified);
+  EXPECT_EQ(delivered("b"), kFSEventStreamEventFlagItemRemoved);
 }
 
 TEST_F(EventDeliveryTest, WhatCannotBeFoundOrLookedAtJustNowIsNotRemoved) {

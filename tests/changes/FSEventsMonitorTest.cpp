@@ -65,6 +65,9 @@ class FakeStream final : public ChangeStream {
   bool listen() override { return starts_; }
   void willList(const std::string& folder) override { callback_(eventOf(folder)); }
   void couldNotList(const std::string& folder) override { callback_(eventOf(folder)); }
+  void foundName(const std::string& path, std::uint64_t /*inode*/) override {
+    callback_(eventOf(path));
+  }
   bool start() override {
     if (starts_) queue_->post([report = callback_] { report(eventOf("/a")); });
     return starts_;
@@ -150,6 +153,7 @@ TEST(FSEventsMonitor, PassesOnWhatAWalkTellsOnlyWhileItListens) {
   const auto tell = [&monitor](const std::string& when) {
     monitor.willList("/" + when);
     monitor.couldNotList("/not " + when);
+    monitor.foundName("/named " + when, 1);
   };
   EXPECT_FALSE(monitor.listen({}, 1));
   EXPECT_FALSE(monitor.listen({"/r"}, 1)) << "the stream does not";
@@ -164,15 +168,16 @@ TEST(FSEventsMonitor, PassesOnWhatAWalkTellsOnlyWhileItListens) {
   tell("running");
   {
     std::unique_lock lock(mutex);
-    ASSERT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return items.size() > 2; }));
-    EXPECT_THAT(items, testing::ElementsAre("/listening", "/not listening", "/a"));
+    ASSERT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return items.size() > 3; }));
+    EXPECT_THAT(items,
+                testing::ElementsAre("/listening", "/not listening", "/named listening", "/a"));
   }
   monitor.stop();
   EXPECT_TRUE(monitor.listen({"/r"}, 1));
   monitor.stop();
   tell("stopped");
   EXPECT_FALSE(monitor.isRunning());
-  EXPECT_EQ(items.size(), 3);
+  EXPECT_EQ(items.size(), 4);
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -31,7 +33,9 @@ class LiveRows final : public platform::IndexView {
     return found == rows_.end() ? std::nullopt : std::optional<std::uint64_t>(found->second.inode);
   }
   std::vector<std::string> pathsWithInode(std::uint64_t inode, std::stop_token) override {
-    return pathsOf(FileKind::file, inode);
+    auto paths = pathsOf(FileKind::file, inode);
+    std::ranges::move(pathsOf(FileKind::symlink, inode), std::back_inserter(paths));
+    return paths;
   }
   std::vector<std::string> foldersWithInode(std::uint64_t inode) override {
     return pathsOf(FileKind::directory, inode);

@@ -99,6 +99,7 @@ class ReconcilerOnDisk : public testing::Test, private ReconcileVisitor {
     inOrder.push_back(shorten(path));
   }
   void couldNotList(const std::string& folder) override { unlisted.push_back(shorten(folder)); }
+  void foundName(const std::string& /*path*/, std::uint64_t /*inode*/) override {}
   void foundFolder(const std::string& path) override { found.push_back(shorten(path)); }
 };
 

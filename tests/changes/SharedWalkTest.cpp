@@ -1,7 +1,12 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <mutex>
 #include <optional>
 #include <random>
@@ -12,6 +17,7 @@
 
 #include "indexer/FileSystemScanner.h"
 #include "platform/ChangeStream.h"
+#include "platform/linux/changes/EntryState.h"
 #include "platform/linux/changes/Reconciler.h"
 #include "tasks/ThreadPool.h"
 #include "tests/changes/LiveRows.h"
@@ -47,6 +53,10 @@ class Meddler final : public FolderVisitor {
     meddle_("");
     next_.couldNotList(folder);
   }
+  void foundName(const std::string& path, std::uint64_t inode) override {
+    meddle_("");
+    next_.foundName(path, inode);
+  }
 
  private:
   FolderVisitor& next_;
@@ -58,9 +68,13 @@ class Noter final : public ReconcileVisitor {
  public:
   std::vector<std::string> listed;
   std::vector<std::string> unlisted;
+  std::vector<std::string> named;
 
   void willList(const std::string& folder) override { listed.push_back(folder); }
   void couldNotList(const std::string& folder) override { unlisted.push_back(folder); }
+  void foundName(const std::string& path, std::uint64_t /*inode*/) override {
+    named.push_back(path);
+  }
   void differs(std::string /*path*/, std::uint32_t /*flags*/) override {}
   void foundFolder(const std::string& /*path*/) override {}
 };
@@ -112,7 +126,7 @@ class WalkedStream : public testing::TestWithParam<ChangeSourceKind> {
     scan(std::make_shared<Meddler>(*stream, std::move(meddle)));
   }
 
-  /// Starts the stream; answers what it says of the folders that it follows then, and ends it.
+  /// Starts the stream; answers what it says of the folders once it follows them.
   std::string lineAfterStart() {
     EXPECT_TRUE(stream->start());
     std::string line;
@@ -121,24 +135,24 @@ class WalkedStream : public testing::TestWithParam<ChangeSourceKind> {
       if (!log.empty()) line = std::exchange(log, {}).front();
       return !line.empty();
     }));
-    stream->invalidate();
     return line;
   }
 
-  /// What the index has otherwise than the disk once it has had the time.
-  std::string differenceLeft(const std::set<std::uint64_t>& linked = {}) {
+  /// What the index has otherwise than the disk once it has had the time. Files that changed
+  /// unseen do not count.
+  std::string differenceLeft(const std::set<std::uint64_t>& unseen = {}) {
     std::string left;
     index->waitFor([&] {
       const auto disk = test::Walk::of(roots);
       auto rows = index->rows();
-      // A write through a name that is gone before anybody looks does not tell of the file's
-      // others.
       for (const auto& [path, row] : disk.rows) {
-        const auto known = rows.find(path);
-        const bool isLinked = linked.contains(static_cast<std::uint64_t>(row.inode));
-        if (isLinked && known != rows.end() && known->second.inode == row.inode)
-          known->second = row;
+        if (unseen.contains(static_cast<std::uint64_t>(row.inode)))
+          rows.insert_or_assign(path, row);
       }
+      std::erase_if(rows, [&](const auto& entry) {
+        const auto inode = examine(entry.first).attributes.inode;
+        return !disk.rows.contains(entry.first) && unseen.contains(inode);
+      });
       left = test::difference(disk, rows, {});
       return left.empty();
     });
@@ -179,7 +193,7 @@ TEST_P(WalkedStream, TellsAfterItsStartWhatHappenedAtAnyMomentOfTheWalk) {
     run(operations.pick(20));
     ASSERT_TRUE(stream->start());
     run(operations.pick(20));
-    ASSERT_EQ(differenceLeft(operations.linked()), "");
+    ASSERT_EQ(differenceLeft(operations.changedUnseen()), "");
     stream->invalidate();
     options.maxCollected = ChangeStreamOptions().maxCollected;
     options.watchLimit.reset();
@@ -223,6 +237,68 @@ TEST_P(WalkedStream, TellsOfAFolderThatWasClosedJustWhileTheWalkCameToIt) {
   });
   EXPECT_FALSE(index->rows().contains(base / "one/closed/file"));
   ASSERT_TRUE(stream->start());
+  EXPECT_EQ(differenceLeft(), "");
+}
+
+TEST_P(WalkedStream, TellsOfALinkThatChangesUnderAllItsNames) {
+  fs::create_symlink("nowhere", base / "one/link");
+  fs::create_hard_link(base / "one/link", base / "two/other");
+  scanListening([](const std::string&) {});
+  ASSERT_TRUE(stream->start());
+  const std::array<timespec, 2> times{timespec{.tv_sec = 1, .tv_nsec = 0}, timespec{}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, (base / "two/other").c_str(), times.data(), AT_SYMLINK_NOFOLLOW),
+            0);
+  EXPECT_EQ(differenceLeft(), "");
+}
+
+TEST_P(WalkedStream, TellsOfAFileThatChangedByANameThatTheWalkHadNotSeenYet) {
+  for (const char* name : {"written", "closed"}) {
+    fs::create_hard_link(base.file(std::string("one/") + name),
+                         base / ("two/" + std::string(name)));
+  }
+  scanListening([&, isDone = false](const std::string& folder) mutable {
+    if (folder != base / "two" || std::exchange(isDone, true)) return;
+    base.file("two/written", "more");
+    fs::permissions(base / "two/closed", fs::perms::none);
+  });
+  ASSERT_TRUE(stream->start());
+  EXPECT_EQ(differenceLeft(), "");
+}
+
+TEST_P(WalkedStream, TellsOfAFileThatMayBeReadAgainUnderAllItsNames) {
+  const auto file = base.file("one/file");
+  const auto other = base / "two/other";
+  fs::create_hard_link(file, other);
+  fs::permissions(file, fs::perms::none);
+  const auto closeAndOpenBy = [&](const std::string& name) {
+    fs::permissions(name, fs::perms::none);
+    EXPECT_EQ(differenceLeft(), "");
+    fs::permissions(name, fs::perms::owner_read);
+    EXPECT_EQ(differenceLeft(), "");
+  };
+  scanListening([](const std::string&) {});
+  ASSERT_NE(lineAfterStart(), "");
+  fs::permissions(other, fs::perms::owner_read);
+  EXPECT_EQ(differenceLeft(), "");
+  closeAndOpenBy(file);
+  fs::permissions(other, fs::perms::none);
+  EXPECT_EQ(differenceLeft(), "");
+
+  // Another stream finds them hidden when it walks itself.
+  create();
+  ASSERT_NE(lineAfterStart(), "");
+  fs::permissions(file, fs::perms::owner_read);
+  EXPECT_EQ(differenceLeft(), "");
+  fs::permissions(other, fs::perms::none);
+  EXPECT_EQ(differenceLeft(), "");
+  // Nobody looks before the name is gone.
+  std::promise<void> done;
+  queue.post([&] {
+    fs::permissions(file, fs::perms::owner_read);
+    fs::remove(file);
+    done.set_value();
+  });
+  done.get_future().wait();
   EXPECT_EQ(differenceLeft(), "");
 }
 
@@ -278,6 +354,8 @@ TEST(SharedWalk, AScanTellsOfTheFoldersThatAComparisonTellsOf) {
   fs::permissions(tree.folder("closed"), fs::perms::owner_write);
   fs::permissions(tree.folder("listed only"), fs::perms::owner_read);
   for (const char* name : {"no/x", "not/x", "only/x", "a.app/in/x", ".h/in/x"}) tree.file(name);
+  fs::create_hard_link(tree.file("hidden"), tree / "only/hidden");
+  fs::permissions(tree / "hidden", fs::perms::none);
   const std::vector<IndexConfiguration> configs{{.excludedPaths = {}, .skipPackageContents = false},
                                                 {.excludedPaths = {tree / "no", tree / "only/"},
                                                  .skipHiddenFiles = true,
@@ -299,6 +377,8 @@ TEST(SharedWalk, AScanTellsOfTheFoldersThatAComparisonTellsOf) {
     main.await(walk.wait());
     EXPECT_EQ(scanned->listed, compared.listed);
     EXPECT_EQ(scanned->unlisted, compared.unlisted);
+    EXPECT_EQ(scanned->named, compared.named);
+    EXPECT_THAT(scanned->named, testing::Contains(tree / "hidden"));
     EXPECT_GT(scanned->listed.size(), 50);
     EXPECT_FALSE(scanned->unlisted.empty());
   }

@@ -141,6 +141,7 @@ TEST_F(FileSystemScannerTest, AVisitorIsToldOfAFolderBeforeItIsLookedInto) {
    public:
     void willList(const std::string& folder) override { std::ofstream(folder + "/put") << "x"; }
     void couldNotList(const std::string& folder) override { unlisted.push_back(folder); }
+    void foundName(const std::string& /*path*/, std::uint64_t /*inode*/) override {}
     Paths unlisted;
   };
   const auto filler = std::make_shared<Filler>();

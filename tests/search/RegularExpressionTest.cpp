@@ -1,10 +1,14 @@
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <limits>
 #include <memory>
+#include <mutex>
+#include <set>
 #include <stop_token>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -97,7 +101,7 @@ class RegularExpressionSearchTest : public testing::Test {
 
   std::stop_source stop_;
   test::MainThread main_;  // outlives the threads that resume on it
-  tasks::ThreadPool pool_{2};
+  tasks::ThreadPool pool_{tasks::processorCount()};
 };
 
 TEST_F(RegularExpressionSearchTest, KeepsTheOrderOfTheRecords) {
@@ -147,6 +151,23 @@ TEST_F(RegularExpressionSearchTest, CountsProcessorTimeAloneAndLeavesOutTheLonge
   // Within a few portions of names.
   EXPECT_LE(some.front().size(), some.size() / 32 + 10);
   EXPECT_TRUE(search(std::chrono::seconds(1)).isIncomplete);
+}
+
+TEST_F(RegularExpressionSearchTest, LooksAtNamesOnAsManyThreadsAsThereAreProcessors) {
+  std::mutex mutex;
+  std::condition_variable came;
+  std::set<std::thread::id> threads;
+  // Every thread asks before its first name; none gets on before all have.
+  const auto time = [&] {
+    std::unique_lock lock(mutex);
+    threads.insert(std::this_thread::get_id());
+    came.notify_all();
+    came.wait_for(lock, std::chrono::seconds(20),
+                  [&] { return threads.size() == tasks::processorCount(); });
+    return std::chrono::nanoseconds(0);
+  };
+  find("a", Names(100 * tasks::processorCount(), "a"), {.timeOfThread = time});
+  EXPECT_EQ(threads.size(), tasks::processorCount());
 }
 
 /// Without end: only the request to stop ends it.

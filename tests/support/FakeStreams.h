@@ -78,6 +78,7 @@ class FakeStreams {
     bool listen() override { return true; }
     void willList(const std::string& folder) override { owner.onList(folder); }
     void couldNotList(const std::string& /*folder*/) override {}
+    void foundName(const std::string& /*path*/, std::uint64_t /*inode*/) override {}
     bool start() override {
       owner.onStart();
       {

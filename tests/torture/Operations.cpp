@@ -63,12 +63,22 @@ void Operations::runOne() {
 }
 
 void Operations::createFile() {
-  std::ofstream(path()) << std::string(static_cast<std::size_t>(pick(100)), 'c');
+  const auto target = path();
+  if (std::ofstream(target) << std::string(static_cast<std::size_t>(pick(100)), 'c')) {
+    noteChange(target);
+  }
 }
 
-void Operations::append() { std::ofstream(path(), std::ios::app) << "more"; }
+void Operations::append() {
+  const auto target = path();
+  if (std::ofstream(target, std::ios::app) << "more") noteChange(target);
+}
 
-void Operations::truncate() { ::truncate(path().c_str(), pick(50)); }
+void Operations::truncate() {
+  const auto size = pick(50);
+  const auto target = path();
+  if (::truncate(target.c_str(), size) == 0) noteChange(target);
+}
 
 void Operations::changeTimes() {
   constexpr int kSpan = 2'000'000'000;
@@ -76,7 +86,9 @@ void Operations::changeTimes() {
   // The kernel tells of a modification time that is set alone in another way.
   const timespec kept{.tv_sec = 0, .tv_nsec = UTIME_OMIT};
   const std::array<timespec, 2> times{pick(2) == 0 ? kept : time, time};
-  ::utimensat(AT_FDCWD, path().c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
+  const auto target = path();
+  const int result = ::utimensat(AT_FDCWD, target.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
+  if (result == 0) noteChange(target);
 }
 
 void Operations::changeMode() {
@@ -85,6 +97,7 @@ void Operations::changeMode() {
   ::chmod(target.c_str(), kModes.at(static_cast<std::size_t>(pick(kModes.size()))));
   // Most are soon readable again, or little would be left to work on.
   if (pick(3) != 0) ::chmod(target.c_str(), 0755);
+  noteChange(target);
 }
 
 void Operations::remove() { ::remove(path().c_str()); }
@@ -124,9 +137,7 @@ void Operations::linkSymbolically() {
 void Operations::linkHard() {
   const auto from = path();
   const auto to = path();
-  if (::link(from.c_str(), to.c_str()) != 0) return;
-  struct stat status{};
-  if (::lstat(to.c_str(), &status) == 0) linked_.insert(status.st_ino);
+  ::link(from.c_str(), to.c_str());
 }
 
 void Operations::createTree() {
@@ -155,6 +166,21 @@ void Operations::burst() {
   for (int i = 0; i < kFiles; ++i) std::ofstream(folder + "/burst" + std::to_string(i)) << "y";
   for (int i = 0; i < kFiles; i += 2) ::unlink((folder + "/burst" + std::to_string(i)).c_str());
   if (pick(2) == 0) removeTree(folder);
+}
+
+void Operations::noteChange(const std::string& path) {
+  struct stat status{};
+  if (::lstat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return;
+  if (status.st_nlink > 1) changedBy_[status.st_ino] = path;
+}
+
+std::set<std::uint64_t> Operations::changedUnseen() const {
+  std::set<std::uint64_t> unseen;
+  for (const auto& [inode, path] : changedBy_) {
+    struct stat status{};
+    if (::lstat(path.c_str(), &status) != 0 || status.st_ino != inode) unseen.insert(inode);
+  }
+  return unseen;
 }
 
 void Operations::overflow() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <random>
 #include <set>
 #include <string>
@@ -17,8 +18,9 @@ class Operations {
   void runOne();
   /// Enough changes to fill the kernel's queue.
   void overflow();
-  /// The inode numbers of all files that ever had several names.
-  [[nodiscard]] const std::set<std::uint64_t>& linked() const { return linked_; }
+  /// The inode numbers of the files of several names that were changed last by a name that they
+  /// have no longer: if that was gone before anybody looked, nothing tells of the others.
+  [[nodiscard]] std::set<std::uint64_t> changedUnseen() const;
   /// One of 0 … n-1.
   int pick(int n);
 
@@ -42,11 +44,13 @@ class Operations {
   void createTree();
   void fill(const std::string& folder, int depth);
   void burst();
+  void noteChange(const std::string& path);
 
   std::mt19937_64 random_;
   std::vector<std::string> roots_;
   std::string outside_;
-  std::set<std::uint64_t> linked_;
+  /// By which name each file of several was changed last, by inode number.
+  std::map<std::uint64_t, std::string> changedBy_;
 };
 
 /// Makes everything below `folder` readable and removes it.

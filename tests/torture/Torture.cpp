@@ -39,7 +39,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr uid_t kNobody = 65534;
 constexpr std::chrono::seconds kSettleLimit{40};
-constexpr std::chrono::seconds kLinkedLimit{5};
+constexpr std::chrono::seconds kUnseenLimit{5};
 
 struct Source {
   const char* name;
@@ -238,9 +238,8 @@ class Playground {
   std::string settle(const std::vector<std::string>& ignored) {
     auto left = settleWithin(kSettleLimit, ignored);
     if (left.empty()) return check();
-    // A write through a name that is gone before anybody looks at it does not tell which other
-    // names the file has: only comparing finds them.
-    if (!isOfLinkedFiles(left)) return left;
+    // Only comparing finds what else changed with a name that was gone before anybody looked.
+    if (!isOfUnseenFiles(left)) return left;
     ++mended_;
     indexer_->kill();
     indexer_->start();
@@ -270,21 +269,22 @@ class Playground {
     const auto deadline = Clock::now() + limit;
     do {
       left = difference(ignored);
-      const bool isLate = Clock::now() > deadline - limit + kLinkedLimit;
-      if (left.empty() || (isLate && isOfLinkedFiles(left))) return left;
+      const bool isLate = Clock::now() > deadline - limit + kUnseenLimit;
+      if (left.empty() || (isLate && isOfUnseenFiles(left))) return left;
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
     } while (Clock::now() < deadline);
     return left;
   }
 
-  [[nodiscard]] bool isOfLinkedFiles(const std::string& differences) const {
+  [[nodiscard]] bool isOfUnseenFiles(const std::string& differences) const {
     static const std::regex kInode(" inode ([0-9]+)");
+    const AsUser asUser(user_);
+    const auto unseen = operations_->changedUnseen();
     for (std::sregex_iterator found(differences.begin(), differences.end(), kInode), end;
          found != end; ++found) {
-      if (!operations_->linked().contains(std::stoull((*found)[1]))) return false;
+      if (!unseen.contains(std::stoull((*found)[1]))) return false;
     }
-    return differences.find("not on disk") == std::string::npos &&
-           differences.find("missing") == std::string::npos;
+    return true;
   }
 
   void mountAll() const {

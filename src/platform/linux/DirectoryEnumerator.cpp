@@ -117,7 +117,8 @@ struct DirectoryEnumerator::State {
     return Entry{.path = path,
                  .name = entryName,
                  .attributes = attributes,
-                 .isReadable = isReadable(*status)};
+                 .isReadable = isReadable(*status),
+                 .hasOtherNames = platform::hasOtherNames(*status)};
   }
 
   void noteUnlisted(std::string_view folder) {

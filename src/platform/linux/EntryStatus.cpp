@@ -8,7 +8,7 @@ namespace zelnor::platform {
 namespace {
 
 constexpr unsigned kWanted =
-    STATX_TYPE | STATX_MODE | STATX_UID | STATX_SIZE | STATX_MTIME | STATX_INO;
+    STATX_TYPE | STATX_MODE | STATX_NLINK | STATX_UID | STATX_SIZE | STATX_MTIME | STATX_INO;
 constexpr int kQuietly = AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT;
 
 }  // namespace
@@ -34,6 +34,10 @@ FileAttributes attributesFrom(const struct statx& status) {
   attributes.inode = status.stx_ino;
   attributes.device = makedev(status.stx_dev_major, status.stx_dev_minor);
   return attributes;
+}
+
+bool hasOtherNames(const struct statx& status) {
+  return !S_ISDIR(status.stx_mode) && status.stx_nlink > 1;
 }
 
 }  // namespace zelnor::platform

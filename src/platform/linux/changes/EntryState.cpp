@@ -45,7 +45,7 @@ EntryState look(const std::string& path, int followFlags) {
   }
   state.presence = EntryState::Presence::present;
   state.isReadable = path.empty() || isReadable(place, status);
-  state.hasOtherNames = S_ISREG(status.stx_mode) && status.stx_nlink > 1;
+  state.hasOtherNames = hasOtherNames(status);
   state.attributes = attributesFrom(status);
   state.isMountPoint = (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
   state.mount = status.stx_mnt_id;

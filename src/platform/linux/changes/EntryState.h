@@ -19,7 +19,7 @@ struct EntryState {
 
   Presence presence = Presence::unknown;
   bool isReadable = false;     ///< by the current user; for a link: the link itself
-  bool hasOtherNames = false;  ///< a file with several hard links
+  bool hasOtherNames = false;  ///< several hard links; not a folder
   bool isBehindLink = false;   ///< the path is a link that was followed
   bool isMountPoint = false;
   std::uint64_t mount = 0;  ///< which mount it was reached through, unique while mounted

@@ -1,6 +1,7 @@
 #include "platform/linux/changes/EventDelivery.h"
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <utility>
 
@@ -11,12 +12,20 @@ namespace {
 constexpr std::size_t kMaxEventsPerBatch = 10'000;
 constexpr std::size_t kManyPending = 5 * kMaxEventsPerBatch;
 
-/// Beside the flags that are delivered: the other names of the file were reported with it.
-constexpr std::uint32_t kNamesAreReported = 0x8000'0000;
+/// Beside the flags that are delivered: the change may concern the file's other names, and they are
+/// not reported yet.
+constexpr std::uint32_t kConcernsNames = 0x8000'0000;
 constexpr std::uint32_t kContentFlags =
     kFSEventStreamEventFlagItemModified | kFSEventStreamEventFlagItemInodeMetaMod;
 constexpr std::uint32_t kPresentFlags =
     kContentFlags | kFSEventStreamEventFlagItemCreated | kFSEventStreamEventFlagItemRenamed;
+/// Another entry may have come to the path.
+constexpr std::uint32_t kReplacedFlags =
+    kFSEventStreamEventFlagItemRemoved | kFSEventStreamEventFlagItemRenamed;
+
+/// A name of a file of several; should there be a folder now, it is to be looked into.
+constexpr std::uint32_t kChangedFile =
+    kFSEventStreamEventFlagItemModified | kFSEventStreamEventFlagItemIsFile;
 
 /// What is in a folder that was reported so may not have been looked at.
 constexpr std::uint32_t kNoFolderFlags =
@@ -38,8 +47,13 @@ std::uint32_t goneFlags(std::uint32_t seen) {
   return wasRenamed ? kFSEventStreamEventFlagItemRenamed : kFSEventStreamEventFlagItemRemoved;
 }
 
-bool areNamesReported(const PendingChange& change) {
-  return (change.flags & kNamesAreReported) != 0;
+bool concernsNames(const PendingChange& change) { return (change.flags & kConcernsNames) != 0; }
+
+/// Nanoseconds since 1970, less what the clocks of file systems are behind.
+std::int64_t justNow() {
+  using namespace std::chrono;
+  const auto time = system_clock::now() - seconds(1);
+  return duration_cast<nanoseconds>(time.time_since_epoch()).count();
 }
 
 std::uint64_t firstIdentifier(std::uint64_t sinceWhen) {
@@ -54,6 +68,7 @@ EventDelivery::EventDelivery(const ChangeStreamOptions& options, const StreamSco
       index_(options.index),
       latency_(std::chrono::duration_cast<std::chrono::steady_clock::duration>(options.latency)),
       maxCollected_(options.maxCollected),
+      began_(justNow()),
       isDeferred_((options.flags & kFSEventStreamCreateFlagNoDefer) == 0),
       callback_(std::move(callback)),
       identifiers_(options.stateFolder, firstIdentifier(options.sinceWhen)) {}
@@ -82,6 +97,10 @@ void EventDelivery::stop() {
 }
 
 void EventDelivery::changed(std::string path, std::uint32_t flags) {
+  collect(std::move(path), flags | kConcernsNames);
+}
+
+void EventDelivery::collect(std::string path, std::uint32_t flags) {
   if (!scope_.includes(path, EntryKind::unknown)) return;
   const std::scoped_lock lock(mutex_);
   if (isTooMuch_) return;
@@ -92,6 +111,21 @@ void EventDelivery::changed(std::string path, std::uint32_t flags) {
   }
   pending_.add(std::move(path), flags);
   schedule();
+}
+
+void EventDelivery::foundName(const std::string& path, std::uint64_t inode) {
+  const auto state = examine(path);
+  if (state.statusChange >= began_) {
+    changed(path, kChangedFile);
+  } else if (state.isPresent() && !state.isReadable) {
+    hide(path, inode);
+  }
+}
+
+/// Noted first and then looked at again, so that no change of permissions slips in between.
+void EventDelivery::hide(const std::string& path, std::uint64_t inode) {
+  hidden_.add(path, inode);
+  if (examine(path).isReadable) changed(path, kChangedFile);
 }
 
 void EventDelivery::announce(std::string path, std::uint32_t flags) {
@@ -176,17 +210,25 @@ std::optional<std::uint32_t> EventDelivery::flagsOf(const PendingChange& change)
   }
   if (state.presence == EntryState::Presence::gone) {
     if (!places_->isInPlace(change.path)) return std::nullopt;
-    reportNamesOfGone(change);
+    reportNamesOfFormer(change, /*present=*/std::nullopt);
+    hidden_.forget(change.path);
     return goneFlags(change.flags);
+  }
+  if ((change.flags & kReplacedFlags) != 0) reportNamesOfFormer(change, state.attributes.inode);
+  // Whether it may be read or no longer: that goes for all names.
+  if (state.hasOtherNames && concernsNames(change)) {
+    reportOtherNames(change.path, state.attributes.inode);
+  }
+  if (state.hasOtherNames && !state.isReadable) {
+    hide(change.path, state.attributes.inode);
+  } else {
+    hidden_.forget(change.path);
   }
   // What a scan leaves out is not reported, unless something else was there before.
   if (!state.isReadable || !scope_.includes(change.path, kindOf(state.attributes))) {
     return removalIfKnown(change.path);
   }
   if (state.isFolder() && (change.flags & kNoFolderFlags) != 0) places_->foundFolder(change.path);
-  if (state.hasOtherNames && !areNamesReported(change)) {
-    reportOtherNames(change.path, state.attributes.inode);
-  }
   return presentFlags(change.flags, state.attributes);
 }
 
@@ -195,19 +237,23 @@ std::optional<std::uint32_t> EventDelivery::removalIfKnown(const std::string& pa
   return isUnknown ? std::nullopt : std::optional(kFSEventStreamEventFlagItemRemoved);
 }
 
-/// A file that was written and then lost this name may have others.
-void EventDelivery::reportNamesOfGone(const PendingChange& change) {
-  const bool wasWritten = (change.flags & kFSEventStreamEventFlagItemModified) != 0;
-  if (!index_ || !wasWritten || areNamesReported(change)) return;
-  const auto inode = index_->inodeOf(change.path, stop_.get_token());
-  if (inode) reportOtherNames(change.path, *inode);
+/// A file that was written, or whose permissions changed, and that lost this name then may have
+/// others. `present` is what has the name now.
+void EventDelivery::reportNamesOfFormer(const PendingChange& change,
+                                        std::optional<std::uint64_t> present) {
+  if (!index_ || (change.flags & kContentFlags) == 0 || !concernsNames(change)) return;
+  auto former = index_->inodeOf(change.path, stop_.get_token());
+  if (!former) former = hidden_.inodeOf(change.path);
+  if (former && former != present) reportOtherNames(change.path, *former);
 }
 
 void EventDelivery::reportOtherNames(const std::string& path, std::uint64_t inode) {
   if (!index_) return;
-  for (auto& name : index_->pathsWithInode(inode, stop_.get_token())) {
-    if (name == path) continue;
-    changed(std::move(name), kFSEventStreamEventFlagItemModified | kNamesAreReported);
+  for (const auto& names :
+       {index_->pathsWithInode(inode, stop_.get_token()), hidden_.namesOf(inode)}) {
+    for (const auto& name : names) {
+      if (name != path) collect(name, kChangedFile);
+    }
   }
 }
 

@@ -15,6 +15,7 @@
 #include "platform/linux/changes/EntryState.h"
 #include "platform/linux/changes/EventCoalescer.h"
 #include "platform/linux/changes/EventIdentifiers.h"
+#include "platform/linux/changes/HiddenNames.h"
 #include "platform/linux/changes/StreamScope.h"
 
 namespace zelnor::platform {
@@ -55,6 +56,8 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   /// Something about the entry at `path` changed. Whoever saw that it left, or that it is no
   /// folder, says so (ItemRemoved, ItemIsFile). Out of scope: ignored. Thread-safe, never waits.
   void changed(std::string path, std::uint32_t flags);
+  /// A walk found the file at `path`, which has other names. Looks at it; thread-safe.
+  void foundName(const std::string& path, std::uint64_t inode);
   /// Reports `path` with exactly these flags. Thread-safe, never waits.
   void announce(std::string path, std::uint32_t flags);
   /// Waits while many changes wait for delivery; for those who produce them faster than they go.
@@ -63,6 +66,8 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
  private:
   using TimePoint = SerialQueue::TimePoint;
 
+  void collect(std::string path, std::uint32_t flags);
+  void hide(const std::string& path, std::uint64_t inode);
   void schedule();
   [[nodiscard]] TimePoint due() const;
   void deliver();
@@ -70,15 +75,17 @@ class EventDelivery : public std::enable_shared_from_this<EventDelivery> {
   std::optional<std::uint32_t> flagsOrLoss(const PendingChange& change);
   std::optional<std::uint32_t> flagsOf(const PendingChange& change);
   std::optional<std::uint32_t> removalIfKnown(const std::string& path);
-  void reportNamesOfGone(const PendingChange& change);
+  void reportNamesOfFormer(const PendingChange& change, std::optional<std::uint64_t> present);
   void reportOtherNames(const std::string& path, std::uint64_t inode);
 
   const StreamScope& scope_;
   const std::shared_ptr<IndexView> index_;
   const std::chrono::steady_clock::duration latency_;
   const std::size_t maxCollected_;
+  const std::int64_t began_;  ///< nanoseconds since 1970
   const bool isDeferred_;
   const ChangeStream::Callback callback_;
+  HiddenNames hidden_;
   EventIdentifiers identifiers_;  ///< used on the queue
   PlaceKeeper* places_ = nullptr;
 

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -44,6 +45,9 @@ class LinuxChangeStream final : public ChangeStream,
   bool listen() override;
   void willList(const std::string& folder) override;
   void couldNotList(const std::string& folder) override;
+  void foundName(const std::string& path, std::uint64_t inode) override {
+    delivery_->foundName(path, inode);
+  }
   bool start() override;
   void stop() override;
   void invalidate() override;

@@ -99,6 +99,9 @@ class Merge {
   void compare(const Entry& entry, bool isKnown) {
     // A scan records only what can be read.
     if (!entry.isReadable) {
+      if (entry.hasOtherNames) {
+        visitor_.foundName(std::string(entry.path), entry.attributes.inode);
+      }
       if (isKnown) reportMissing();
     } else if (!isKnown) {
       report(entry, kFSEventStreamEventFlagItemCreated);
@@ -164,6 +167,9 @@ class MoveVisitor final : public ReconcileVisitor {
 
   void willList(const std::string& folder) override { visitor_.willList(folder); }
   void couldNotList(const std::string& folder) override { visitor_.couldNotList(folder); }
+  void foundName(const std::string& path, std::uint64_t inode) override {
+    visitor_.foundName(path, inode);
+  }
   void foundFolder(const std::string& path) override { visitor_.foundFolder(path); }
   void differs(std::string path, std::uint32_t flags) override {
     if (path.size() > prefix_) reportFormer(std::string_view(path).substr(prefix_));

@@ -79,6 +79,9 @@ class Surveyor final : private ReconcileVisitor {
 
   void willList(const std::string& folder) override { parts_.folders.willList(folder); }
   void couldNotList(const std::string& folder) override { parts_.folders.couldNotList(folder); }
+  void foundName(const std::string& path, std::uint64_t inode) override {
+    parts_.folders.foundName(path, inode);
+  }
   void differs(std::string path, std::uint32_t flags) override;
   void foundFolder(const std::string& path) override;
 

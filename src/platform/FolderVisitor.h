@@ -5,9 +5,9 @@
 
 namespace zelnor::platform {
 
-/// Whom a walk tells of the folders that it goes through, and what else it may miss, on the thread
-/// that walks. Paths are
-/// absolute, without a slash at the end ("/" itself is the empty text).
+/// Whom a walk tells of the folders that it goes through, and of what else it may miss, on the
+/// thread that walks. Paths are absolute, without a slash at the end ("/" itself is the empty
+/// text).
 class FolderVisitor {
  public:
   virtual ~FolderVisitor() = default;

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -58,6 +59,20 @@ TEST(Connection, AnIndexThatOthersCouldReadIsItsOwnersAloneOnceItIsOpened) {
     ASSERT_EQ(stat(name.c_str(), &status), 0) << name;
     EXPECT_EQ(status.st_mode & 07777U, 0600U) << name;
   }
+}
+
+TEST(Connection, ClosingLeavesTheLogToTheNextOneWhoFindsAllOfItThere) {
+  const test::TemporaryFolder folder;
+  test::MainThread main;
+  const tasks::ThreadPool pool(/*threads=*/1);
+  {
+    DatabaseManager manager(folder.path(), pool.executor());
+    main.await(manager.batchInsert({{.name = "a", .path = "/a"}}));
+  }
+  // Whoever quits must not wait until it is written back.
+  EXPECT_GT(std::filesystem::file_size(folder / "index.sqlite-wal"), 0);
+  DatabaseManager next(folder.path(), pool.executor(), DatabaseManager::Access::readOnly);
+  EXPECT_EQ(main.await(next.totalFileCount()), 1);
 }
 
 TEST(Connection, IsSetUpForOneWriterAndReadersWithLimitedMemory) {
